@@ -1,0 +1,109 @@
+// SwissKnife formulas: parsed once when a description loads, evaluated on
+// every read. Integer formulas (IntSwissKnife, IntConverter) evaluate in
+// wrapping 64-bit arithmetic, the others in double.
+#ifndef ORBGENAPI_FORMULA_H
+#define ORBGENAPI_FORMULA_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace GenApi_3_0 {
+namespace impl {
+
+// Supplies variable values during evaluation; index is the position in the
+// name list the formula was parsed with.
+class FormulaVariables
+{
+public:
+    virtual int64_t intVariable(int index) = 0;
+    virtual double floatVariable(int index) = 0;
+
+protected:
+    ~FormulaVariables() = default;
+};
+
+class Formula
+{
+public:
+    // Parses text. Names in variableNames are resolved to their index;
+    // any other identifier is an error. Throws std::invalid_argument with a
+    // readable reason on a syntax error, an unknown name or too deep nesting.
+    static Formula parse(const std::string &text, const std::vector<std::string> &variableNames);
+
+    // Both throw std::domain_error on a division by zero; exceptions from
+    // the variable reader pass through.
+    int64_t evaluateInt(FormulaVariables &variables) const;
+    double evaluateFloat(FormulaVariables &variables) const;
+
+    bool isEmpty() const { return m_nodes.empty(); }
+    const std::string &text() const { return m_text; }
+
+    enum class Op : uint8_t {
+        Number,
+        Variable,
+        Neg,
+        Plus,
+        BitNot,
+        LogicNot,
+        Add,
+        Sub,
+        Mul,
+        Div,
+        Mod,
+        Pow,
+        Shl,
+        Shr,
+        BitAnd,
+        BitOr,
+        BitXor,
+        LogicAnd,
+        LogicOr,
+        Eq,
+        Ne,
+        Lt,
+        Le,
+        Gt,
+        Ge,
+        Cond,
+        FnSgn,
+        FnNeg,
+        FnAtan,
+        FnCos,
+        FnSin,
+        FnTan,
+        FnAbs,
+        FnExp,
+        FnLn,
+        FnLg,
+        FnSqrt,
+        FnTrunc,
+        FnFloor,
+        FnCeil,
+        FnRound,
+        FnAsin,
+        FnAcos,
+    };
+    struct Node {
+        Op op;
+        uint8_t arity = 0;
+        int32_t a = -1, b = -1, c = -1; // operand node indices
+        int32_t variable = -1;
+        double number = 0;
+        int64_t integer = 0;
+    };
+
+private:
+    friend class FormulaParser;
+    template <class T>
+    friend struct FormulaEvaluator;
+
+    std::vector<Node> m_nodes;
+    int32_t m_root = -1;
+    std::string m_text;
+};
+
+} // namespace impl
+} // namespace GenApi_3_0
+
+#endif

@@ -1,0 +1,382 @@
+#include "nodes.h"
+
+#include "nodemap.h"
+#include "text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+
+namespace GenApi_3_0 {
+namespace impl {
+
+namespace {
+constexpr int MaxExpressionDepth = 32;
+}
+
+// ---------------------------------------------------------------------------
+// FormulaScope
+
+bool FormulaScope::applyProperty(const Property &p)
+{
+    const std::string_view n = p.name;
+    if (n != "pVariable" && n != "Constant" && n != "Expression")
+        return false;
+    Variable v;
+    v.name = trim(p.element.attribute("Name").value());
+    if (n == "pVariable") {
+        v.ref = propertyRef(p);
+    } else if (n == "Constant") {
+        auto value = parseDouble(p.text);
+        if (!value)
+            throw PROPERTY_EXCEPTION("line %u: <Constant Name=\"%s\"> '%.*s' is not a number",
+                                     p.line, v.name.c_str(), int(p.text.size()), p.text.data());
+        v.isConstant = true;
+        v.constant = *value;
+    } else {
+        v.isExpression = true;
+        v.expressionText = std::string(p.text);
+    }
+    m_variables.push_back(std::move(v));
+    return true;
+}
+
+void FormulaScope::collectRefs(std::vector<Ref *> &reading)
+{
+    for (Variable &v : m_variables)
+        if (!v.isConstant && !v.isExpression)
+            reading.push_back(&v.ref);
+}
+
+Formula FormulaScope::parse(Node &owner, const std::string &text, uint32_t line,
+                            const std::vector<std::string> &specials)
+{
+    // Every formula of one node shares the variables; FROM/TO take the
+    // first index so that converters can use one name list.
+    std::vector<std::string> names = specials;
+    for (const Variable &v : m_variables)
+        names.push_back(v.name);
+    m_specialCount = specials.size();
+    for (const Variable &v : m_variables) {
+        if (v.name.empty())
+            throw PROPERTY_EXCEPTION("line %u: node '%s': a variable has no Name attribute", line,
+                                     owner.name().c_str());
+    }
+    try {
+        for (Variable &v : m_variables)
+            if (v.isExpression && v.expression.isEmpty())
+                v.expression = Formula::parse(v.expressionText, names);
+        return Formula::parse(text, names);
+    } catch (const std::invalid_argument &e) {
+        throw PROPERTY_EXCEPTION("line %u: node '%s': %s", line, owner.name().c_str(), e.what());
+    }
+}
+
+int64_t FormulaScope::intVariable(int index)
+{
+    const size_t i = static_cast<size_t>(index);
+    if (i < m_specialCount)
+        return m_specialInt;
+    Variable &v = m_variables[i - m_specialCount];
+    if (v.isConstant)
+        return saturatingRound(v.constant);
+    if (v.isExpression) {
+        if (++m_expressionDepth > MaxExpressionDepth) {
+            m_expressionDepth = 0;
+            m_owner->throwRuntime("expression '" + v.name + "' refers to itself");
+        }
+        const int64_t value = v.expression.evaluateInt(*this);
+        --m_expressionDepth;
+        return value;
+    }
+    return v.ref.node->getInt(false);
+}
+
+double FormulaScope::floatVariable(int index)
+{
+    const size_t i = static_cast<size_t>(index);
+    if (i < m_specialCount)
+        return m_special;
+    Variable &v = m_variables[i - m_specialCount];
+    if (v.isConstant)
+        return v.constant;
+    if (v.isExpression) {
+        if (++m_expressionDepth > MaxExpressionDepth) {
+            m_expressionDepth = 0;
+            m_owner->throwRuntime("expression '" + v.name + "' refers to itself");
+        }
+        const double value = v.expression.evaluateFloat(*this);
+        --m_expressionDepth;
+        return value;
+    }
+    return v.ref.node->getFloat(false);
+}
+
+int64_t FormulaScope::evaluateInt(Node &owner, const Formula &formula, int64_t special)
+{
+    const int64_t savedInt = m_specialInt;
+    const double saved = m_special;
+    m_owner = &owner;
+    m_specialInt = special;
+    m_special = static_cast<double>(special);
+    m_expressionDepth = 0;
+    try {
+        const int64_t value = formula.evaluateInt(*this);
+        m_specialInt = savedInt;
+        m_special = saved;
+        return value;
+    } catch (const std::domain_error &e) {
+        m_specialInt = savedInt;
+        m_special = saved;
+        owner.throwRuntime("formula '" + formula.text() + "': " + e.what());
+    } catch (...) {
+        m_specialInt = savedInt;
+        m_special = saved;
+        throw;
+    }
+}
+
+double FormulaScope::evaluateFloat(Node &owner, const Formula &formula, double special)
+{
+    const int64_t savedInt = m_specialInt;
+    const double saved = m_special;
+    m_owner = &owner;
+    m_special = special;
+    m_specialInt = saturatingRound(special);
+    m_expressionDepth = 0;
+    try {
+        const double value = formula.evaluateFloat(*this);
+        m_specialInt = savedInt;
+        m_special = saved;
+        return value;
+    } catch (const std::domain_error &e) {
+        m_specialInt = savedInt;
+        m_special = saved;
+        owner.throwRuntime("formula '" + formula.text() + "': " + e.what());
+    } catch (...) {
+        m_specialInt = savedInt;
+        m_special = saved;
+        throw;
+    }
+}
+
+// ---------------------------------------------------------------------------
+// IntSwissKnife and SwissKnife
+
+bool IntSwissKnife::applyProperty(const Property &p)
+{
+    if (p.name == "Formula") {
+        m_text = std::string(p.text);
+        m_formulaLine = p.line;
+        return true;
+    }
+    if (m_scope.applyProperty(p))
+        return true;
+    return IntegerBase::applyProperty(p);
+}
+
+void IntSwissKnife::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other)
+{
+    IntegerBase::collectRefs(reading, other);
+    m_scope.collectRefs(reading);
+}
+
+void IntSwissKnife::finishLoad()
+{
+    if (m_text.empty())
+        throw PROPERTY_EXCEPTION("line %u: node '%s' has no Formula", m_line, m_name.c_str());
+    m_formula = m_scope.parse(*this, m_text, m_formulaLine, {});
+}
+
+int64_t IntSwissKnife::doGetInt(bool) { return m_scope.evaluateInt(*this, m_formula, 0); }
+
+bool SwissKnife::applyProperty(const Property &p)
+{
+    if (p.name == "Formula") {
+        m_text = std::string(p.text);
+        m_formulaLine = p.line;
+        return true;
+    }
+    if (m_scope.applyProperty(p))
+        return true;
+    return FloatBase::applyProperty(p);
+}
+
+void SwissKnife::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other)
+{
+    FloatBase::collectRefs(reading, other);
+    m_scope.collectRefs(reading);
+}
+
+void SwissKnife::finishLoad()
+{
+    if (m_text.empty())
+        throw PROPERTY_EXCEPTION("line %u: node '%s' has no Formula", m_line, m_name.c_str());
+    m_formula = m_scope.parse(*this, m_text, m_formulaLine, {});
+}
+
+double SwissKnife::doGetFloat(bool) { return m_scope.evaluateFloat(*this, m_formula, 0); }
+
+// ---------------------------------------------------------------------------
+// Converters
+
+bool ConverterCore::applyProperty(Node &owner, const Property &p)
+{
+    const std::string_view n = p.name;
+    if (n == "FormulaTo") {
+        toText = std::string(p.text);
+        toLine = p.line;
+    } else if (n == "FormulaFrom") {
+        fromText = std::string(p.text);
+        fromLine = p.line;
+    } else if (n == "pValue")
+        pValue = propertyRef(p);
+    else if (n == "Slope") {
+        if (equalsIgnoreCase(p.text, "Increasing"))
+            slope = Increasing;
+        else if (equalsIgnoreCase(p.text, "Decreasing"))
+            slope = Decreasing;
+        else if (equalsIgnoreCase(p.text, "Varying"))
+            slope = Varying;
+        else if (equalsIgnoreCase(p.text, "Automatic"))
+            slope = Automatic;
+        else
+            throwBadProperty(owner, p, "a slope (Increasing, Decreasing, Varying or Automatic)");
+    } else if (n == "IsLinear")
+        ;
+    else
+        return scope.applyProperty(p);
+    return true;
+}
+
+void ConverterCore::collectRefs(std::vector<Ref *> &reading)
+{
+    reading.push_back(&pValue);
+    scope.collectRefs(reading);
+}
+
+void ConverterCore::finishLoad(Node &owner)
+{
+    if (!pValue.isSet())
+        throw PROPERTY_EXCEPTION("line %u: node '%s' has no pValue", owner.line(),
+                                 owner.name().c_str());
+    if (toText.empty() || fromText.empty())
+        throw PROPERTY_EXCEPTION("line %u: node '%s' needs both FormulaTo and FormulaFrom",
+                                 owner.line(), owner.name().c_str());
+    to = scope.parse(owner, toText, toLine, { "FROM" });
+    from = scope.parse(owner, fromText, fromLine, { "TO" });
+}
+
+void ConverterCore::limits(Node &owner, double &low, double &high, bool integer)
+{
+    try {
+        double a, b;
+        if (integer) {
+            a = static_cast<double>(scope.evaluateInt(owner, from, pValue.node->intMin()));
+            b = static_cast<double>(scope.evaluateInt(owner, from, pValue.node->intMax()));
+        } else {
+            a = scope.evaluateFloat(owner, from, pValue.node->floatMin());
+            b = scope.evaluateFloat(owner, from, pValue.node->floatMax());
+        }
+        if (slope == Increasing) {
+            low = a;
+            high = b;
+        } else if (slope == Decreasing) {
+            low = b;
+            high = a;
+        } else {
+            low = std::min(a, b);
+            high = std::max(a, b);
+        }
+        if (!std::isnan(low) && !std::isnan(high))
+            return;
+    } catch (const GenericException &) {
+        // The conversion is undefined at the raw limits (a division by a
+        // register that is zero there, say): the value itself may still be
+        // fine, so report the widest range instead of failing.
+    }
+    low = integer ? double(INT64_MIN) : -std::numeric_limits<double>::max();
+    high = integer ? double(INT64_MAX) : std::numeric_limits<double>::max();
+}
+
+bool IntConverter::applyProperty(const Property &p)
+{
+    if (m_core.applyProperty(*this, p))
+        return true;
+    return IntegerBase::applyProperty(p);
+}
+
+void IntConverter::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other)
+{
+    IntegerBase::collectRefs(reading, other);
+    m_core.collectRefs(reading);
+}
+
+EAccessMode IntConverter::doAccess() { return m_core.pValue.node->access(); }
+
+int64_t IntConverter::doGetInt(bool ignoreCache)
+{
+    return m_core.scope.evaluateInt(*this, m_core.from, m_core.pValue.node->getInt(ignoreCache));
+}
+
+void IntConverter::doPutInt(int64_t value)
+{
+    m_core.pValue.node->putInt(m_core.scope.evaluateInt(*this, m_core.to, value));
+}
+
+int64_t IntConverter::rawMin()
+{
+    double low, high;
+    m_core.limits(*this, low, high, true);
+    return saturatingRound(low);
+}
+
+int64_t IntConverter::rawMax()
+{
+    double low, high;
+    m_core.limits(*this, low, high, true);
+    return saturatingRound(high);
+}
+
+bool Converter::applyProperty(const Property &p)
+{
+    if (m_core.applyProperty(*this, p))
+        return true;
+    return FloatBase::applyProperty(p);
+}
+
+void Converter::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other)
+{
+    FloatBase::collectRefs(reading, other);
+    m_core.collectRefs(reading);
+}
+
+EAccessMode Converter::doAccess() { return m_core.pValue.node->access(); }
+
+double Converter::doGetFloat(bool ignoreCache)
+{
+    return m_core.scope.evaluateFloat(*this, m_core.from, m_core.pValue.node->getFloat(ignoreCache));
+}
+
+void Converter::doPutFloat(double value)
+{
+    m_core.pValue.node->putFloat(m_core.scope.evaluateFloat(*this, m_core.to, value));
+}
+
+double Converter::rawMin()
+{
+    double low, high;
+    m_core.limits(*this, low, high, false);
+    return low;
+}
+
+double Converter::rawMax()
+{
+    double low, high;
+    m_core.limits(*this, low, high, false);
+    return high;
+}
+
+} // namespace impl
+} // namespace GenApi_3_0

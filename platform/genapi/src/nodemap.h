@@ -1,0 +1,137 @@
+// The node map: owns the nodes, the lock, the dependency graph and the
+// machinery that turns changes into callbacks.
+#ifndef ORBGENAPI_NODEMAP_H
+#define ORBGENAPI_NODEMAP_H
+
+#include "nodes.h"
+
+#include <GenApi/Synch.h>
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace GenApi_3_0 {
+namespace impl {
+
+// A registered callback. Shared between the node's list and calls in
+// flight, so that Deregister() can wait for a running call and prevent later
+// ones.
+struct CallbackEntry {
+    CallbackHandleType handle = 0;
+    CNodeCallback *callback = nullptr;
+    ECallbackType type = cbPostInsideLock;
+    bool alive = true;
+    std::recursive_mutex mutex;
+    ~CallbackEntry();
+    void invoke(ECallbackType phase);
+};
+
+class NodeMap final : public INodeMap
+{
+public:
+    explicit NodeMap(std::string deviceName);
+    ~NodeMap() override;
+
+    // --- INodeMap ---
+    void GetNodes(NodeList_t &Nodes) const override;
+    INode *GetNode(const gcstring &Name) const override;
+    void InvalidateNodes() const override;
+    bool Connect(IPort *pPort, const gcstring &PortName) const override;
+    bool Connect(IPort *pPort) const override;
+    gcstring GetDeviceName() override;
+    void Poll(int64_t ElapsedTime) override;
+    CLock &GetLock() const override { return m_lock; }
+    uint64_t GetNumNodes() const override { return m_named.size(); }
+    bool ParseSwissKnife(const gcstring &Expression) const override;
+
+    // --- loading ---
+    Node *find(std::string_view name) const;
+    // Adds a node; named nodes can be found by GetNode().
+    Node *add(std::unique_ptr<Node> node, bool named);
+    bool contains(const std::string &name) const { return m_byName.count(name) != 0; }
+    void finishLoad();
+
+    std::string vendorName, modelName, toolTip, standardNameSpace;
+    std::string schemaVersion;
+
+    // --- locking ---
+    // Holds the node map's lock; when the outermost guard ends, the lock is
+    // released and the queued outside-lock callbacks run.
+    class Guard
+    {
+    public:
+        explicit Guard(const NodeMap &map);
+        ~Guard();
+        Guard(const Guard &) = delete;
+        Guard &operator=(const Guard &) = delete;
+
+    private:
+        NodeMap &m_map;
+    };
+
+    // Collects the nodes a public write operation touched; the outermost
+    // scope calls back everything that depends on them.
+    class WriteScope
+    {
+    public:
+        WriteScope(NodeMap &map, Node *origin);
+        ~WriteScope();
+        WriteScope(const WriteScope &) = delete;
+        WriteScope &operator=(const WriteScope &) = delete;
+
+    private:
+        NodeMap &m_map;
+    };
+    void recordWrite(Node *terminal);
+
+    // Bounds the depth of nested evaluation; a cycle of references in a
+    // description ends here with an exception that names the node.
+    class EvalGuard
+    {
+    public:
+        EvalGuard(NodeMap &map, const Node &node);
+        ~EvalGuard() { --m_map.m_evalDepth; }
+        EvalGuard(const EvalGuard &) = delete;
+        EvalGuard &operator=(const EvalGuard &) = delete;
+
+    private:
+        NodeMap &m_map;
+    };
+
+    // Invalidates and calls back the closure of the given nodes. The
+    // written registers keep their freshly written cache.
+    void notifyChanged(const std::vector<Node *> &roots, const std::vector<Node *> &written);
+    void queueOutside(const std::shared_ptr<CallbackEntry> &entry);
+
+    static constexpr int MaxEvalDepth = 100;
+
+private:
+    void buildGraph();
+
+    std::string m_deviceName;
+    mutable CLock m_lock;
+    int m_lockDepth = 0;
+    int m_evalDepth = 0;
+    int m_writeDepth = 0;
+    std::vector<Node *> m_written;
+    std::vector<Node *> m_writeOrigins;
+    std::vector<std::shared_ptr<CallbackEntry>> m_pendingOutside;
+
+    std::vector<std::unique_ptr<Node>> m_nodes; // every node, named or not
+    std::vector<Node *> m_named;                // in description order
+    std::unordered_map<std::string, Node *> m_byName;
+    std::vector<Node *> m_polled;
+    std::vector<char> m_visitMarks; // scratch for notifyChanged
+};
+
+// The callback handle registry behind GenApi::Deregister().
+CallbackHandleType registerHandle(Node *node);
+void unregisterHandle(CallbackHandleType handle);
+Node *nodeForHandle(CallbackHandleType handle);
+
+} // namespace impl
+} // namespace GenApi_3_0
+
+#endif

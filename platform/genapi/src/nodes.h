@@ -1,0 +1,906 @@
+// The node classes of the interpreter. Internal: hosts see only the GenApi
+// interfaces.
+//
+// Every internal method assumes that the node map's lock is held; the
+// GenApi interface methods take it. Nodes call each other only through the
+// public non-virtual wrappers of Node (getInt, access, ...), which count the
+// nesting depth so that a cycle of references in a description ends in an
+// exception instead of a stack overflow.
+#ifndef ORBGENAPI_NODES_H
+#define ORBGENAPI_NODES_H
+
+#include <GenApi/GenApi.h>
+
+#include "formula.h"
+
+#include <pugixml.hpp>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace GenApi_3_0 {
+namespace impl {
+
+using GenICam_3_0::GenericException;
+using GenICam_3_0::TimeoutException;
+
+class NodeMap;
+class Node;
+
+// A named reference to another node, resolved after the whole description
+// has been read.
+struct Ref {
+    std::string name;
+    Node *node = nullptr;
+    uint32_t line = 0;
+    explicit operator bool() const { return node != nullptr; }
+    bool isSet() const { return !name.empty(); }
+};
+
+// One property element of a node, as the loader hands it over.
+struct Property {
+    std::string_view name;
+    std::string_view text; // trimmed
+    pugi::xml_node element;
+    uint32_t line;
+};
+
+struct CallbackEntry;
+
+class Node : public virtual INode, public virtual ISelector
+{
+public:
+    Node(NodeMap &map, std::string name, const char *typeName);
+    ~Node() override;
+    Node(const Node &) = delete;
+    Node &operator=(const Node &) = delete;
+
+    // --- loading ---
+    // Applies one property element; false when the element is unknown here.
+    virtual bool applyProperty(const Property &property);
+    // Called once every node exists: resolve references, parse formulas.
+    virtual void finishLoad();
+    // Every reference of this node: value-relevant ones in reading, the
+    // others (aliases, selectors, invalidators) in other.
+    virtual void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other);
+    void resolve(Ref &ref, bool required);
+
+    // --- internal value access, with cycle protection ---
+    EAccessMode access();
+    int64_t getInt(bool ignoreCache = false);
+    double getFloat(bool ignoreCache = false);
+    void putInt(int64_t value);
+    void putFloat(double value);
+    std::string getString(bool ignoreCache = false);
+    void putString(const std::string &value);
+    int64_t intMin();
+    int64_t intMax();
+    int64_t intInc();
+    double floatMin();
+    double floatMax();
+    ERepresentation representation();
+    std::string unit();
+
+    // Register nodes hold a cache; everything else is computed on demand.
+    virtual bool isRegister() const { return false; }
+    virtual void invalidateCache() {}
+    // For polling: re-reads the register; true when the bytes changed.
+    virtual bool pollRegister() { return false; }
+    // Appends the registers this node's value depends on (itself included).
+    void collectTerminals(std::vector<Node *> &out);
+    // Registers report whether their cache holds a valid value.
+    virtual bool ownCacheValid() const { return true; }
+
+    // --- notification ---
+    void fireCallbacks(ECallbackType type);
+    bool hasCallbacks() const { return !m_callbacks.empty(); }
+    void dropAllCallbacks();
+
+    NodeMap &map() const { return m_map; }
+    const std::string &name() const { return m_name; }
+    const char *typeName() const { return m_typeName; }
+    uint32_t line() const { return m_line; }
+    void setLine(uint32_t line) { m_line = line; }
+    uint32_t id() const { return m_id; }
+    void setId(uint32_t id) { m_id = id; }
+    void setFeature() { m_isFeature = true; }
+    void setNameSpace(ENameSpace nameSpace) { m_nameSpace = nameSpace; }
+
+    std::vector<Node *> dependents;  // nodes to call back when this one changes
+    std::vector<Node *> readingRefs; // resolved reading references, for the graph
+
+    // "Node 'Name'" for messages.
+    std::string label() const;
+    [[noreturn]] void throwAccess(const std::string &what) const;
+    [[noreturn]] void throwRange(const std::string &what) const;
+    [[noreturn]] void throwRuntime(const std::string &what) const;
+    [[noreturn]] void throwNoValue(const char *kind) const;
+    void requireReadable();
+    void requireWritable();
+
+    // --- INode ---
+    EAccessMode GetAccessMode() const override;
+    gcstring GetName(bool FullQualified = false) const override;
+    ENameSpace GetNameSpace() const override;
+    EVisibility GetVisibility() const override;
+    void InvalidateNode() override;
+    bool IsCachable() const override;
+    EYesNo IsAccessModeCacheable() const override;
+    ECachingMode GetCachingMode() const override;
+    int64_t GetPollingTime() const override;
+    gcstring GetToolTip() const override;
+    gcstring GetDescription() const override;
+    gcstring GetDisplayName() const override;
+    gcstring GetDeviceName() const override;
+    void GetChildren(NodeList_t &Children, ELinkType LinkType = ctReadingChildren) const override;
+    void GetParents(NodeList_t &Parents, ELinkType LinkType = ctReadingChildren) const override;
+    CallbackHandleType RegisterCallback(CNodeCallback *pCallback) override;
+    bool DeregisterCallback(CallbackHandleType hCallback) override;
+    INodeMap *GetNodeMap() const override;
+    gcstring GetEventID() const override;
+    bool IsStreamable() const override;
+    void GetPropertyNames(gcstring_vector &PropertyNames) const override;
+    bool GetProperty(const gcstring &PropertyName, gcstring &ValueStr,
+                     gcstring &AttributeStr) override;
+    void ImposeAccessMode(EAccessMode ImposedAccessMode) override;
+    void ImposeVisibility(EVisibility ImposedVisibility) override;
+    INode *GetAlias() const override;
+    INode *GetCastAlias() const override;
+    gcstring GetDocuURL() const override;
+    bool IsDeprecated() const override;
+    EInterfaceType GetPrincipalInterfaceType() const override = 0;
+    bool IsFeature() const override;
+
+    // --- ISelector ---
+    bool IsSelector() const override;
+    void GetSelectedFeatures(FeatureList_t &Features) const override;
+    void GetSelectingFeatures(FeatureList_t &Features) const override;
+
+    std::vector<Ref> selected;
+    std::vector<Node *> selecting;
+    std::vector<Ref> invalidators;
+    int64_t pollingTime = -1;
+    int64_t pollElapsed = 0;
+
+protected:
+    // The node's own access before pIs* and ImposedAccessMode.
+    virtual EAccessMode doAccess() { return RO; }
+    virtual int64_t doGetInt(bool ignoreCache);
+    virtual double doGetFloat(bool ignoreCache);
+    virtual void doPutInt(int64_t value);
+    virtual void doPutFloat(double value);
+    virtual std::string doGetString(bool ignoreCache);
+    virtual void doPutString(const std::string &value);
+    virtual int64_t doIntMin() { return INT64_MIN; }
+    virtual int64_t doIntMax() { return INT64_MAX; }
+    virtual int64_t doIntInc() { return 1; }
+    virtual double doFloatMin() { return static_cast<double>(doIntMin()); }
+    virtual double doFloatMax() { return static_cast<double>(doIntMax()); }
+    virtual ERepresentation doRepresentation() { return PureNumber; }
+    virtual std::string doUnit() { return std::string(); }
+    // Whether a value read through this node may come from the cache.
+
+    Node *self() const { return const_cast<Node *>(this); }
+
+    NodeMap &m_map;
+    std::string m_name;
+    const char *m_typeName;
+    std::string m_toolTip;
+    std::string m_description;
+    std::string m_displayName;
+    std::string m_eventID;
+    std::string m_docuURL;
+    ENameSpace m_nameSpace = Custom;
+    EVisibility m_visibility = Beginner;
+    EAccessMode m_imposedAccess = RW;
+    bool m_streamable = false;
+    bool m_deprecated = false;
+    bool m_isFeature = false;
+    ECachingMode m_cachingMode = NoCache;
+    Ref m_isImplemented;
+    Ref m_isAvailable;
+    Ref m_isLocked;
+    Ref m_alias;
+    Ref m_castAlias;
+    uint32_t m_line = 0;
+    uint32_t m_id = 0;
+    std::vector<std::shared_ptr<CallbackEntry>> m_callbacks;
+
+    friend class NodeMap;
+};
+
+// Base of every node that carries a value (everything but Port).
+class ValueNode : public Node, public virtual IValue
+{
+public:
+    using Node::Node;
+    INode *GetNode() override { return this; }
+    gcstring ToString(bool Verify = false, bool IgnoreCache = false) override;
+    void FromString(const gcstring &ValueStr, bool Verify = true) override;
+    bool IsValueCacheValid() const override;
+
+protected:
+    virtual std::string toText(bool verify, bool ignoreCache) = 0;
+    virtual void fromText(const std::string &text, bool verify) = 0;
+};
+
+// A value that lives in the node (Value), behind another node (pValue) or
+// is chosen by a selector (pIndex with ValueIndexed entries).
+template <class T>
+class ValueSource
+{
+public:
+    bool applyProperty(Node &owner, const Property &property);
+    void collectRefs(std::vector<Ref *> &reading);
+    bool isSet() const { return m_pValue.isSet() || m_hasValue || m_pIndex.isSet(); }
+    bool hasPointer() const { return m_pValue.isSet(); }
+    Node *pointer() const { return m_pValue.node; }
+    T read(Node &owner, bool ignoreCache);
+    void write(Node &owner, T value);
+    EAccessMode access(Node &owner);
+    void setStored(T value)
+    {
+        m_value = value;
+        m_hasValue = true;
+    }
+
+private:
+    struct Indexed {
+        int64_t index = 0;
+        bool hasConstant = false;
+        T constant {};
+        Ref ref;
+    };
+    // The entry the selector picks, or nullptr for the default.
+    Indexed *pick(Node &owner);
+
+    Ref m_pValue;
+    std::vector<Ref> m_copies;
+    bool m_hasValue = false;
+    T m_value {};
+    Ref m_pIndex;
+    std::vector<Indexed> m_indexed;
+    bool m_hasDefault = false;
+    T m_default {};
+    Ref m_pDefault;
+};
+
+class Category final : public ValueNode, public ICategory
+{
+public:
+    Category(NodeMap &map, std::string name) : ValueNode(map, std::move(name), "Category") {}
+    bool applyProperty(const Property &property) override;
+    void finishLoad() override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void GetFeatures(FeatureList_t &Features) const override;
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfICategory; }
+    std::vector<Ref> features;
+
+protected:
+    std::string toText(bool, bool) override { return std::string(); }
+    void fromText(const std::string &, bool) override;
+};
+
+// Shared implementation of IInteger; subclasses provide the value.
+class IntegerBase : public ValueNode, public IInteger
+{
+public:
+    using ValueNode::ValueNode;
+    bool applyProperty(const Property &property) override;
+    void SetValue(int64_t Value, bool Verify = true) override;
+    IInteger &operator=(int64_t Value) override;
+    int64_t GetValue(bool Verify = false, bool IgnoreCache = false) override;
+    int64_t operator()() override { return GetValue(); }
+    int64_t operator*() override { return GetValue(); }
+    int64_t GetMin() override;
+    int64_t GetMax() override;
+    EIncMode GetIncMode() override;
+    int64_t GetInc() override;
+    int64_autovector_t GetListOfValidValues(bool bounded = true) override;
+    ERepresentation GetRepresentation() override;
+    gcstring GetUnit() const override;
+    void ImposeMin(int64_t Value) override;
+    void ImposeMax(int64_t Value) override;
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfIInteger; }
+
+protected:
+    void verify(int64_t value);
+    std::string toText(bool verify, bool ignoreCache) override;
+    void fromText(const std::string &text, bool verify) override;
+    double doGetFloat(bool ignoreCache) override { return static_cast<double>(doGetInt(ignoreCache)); }
+    void doPutFloat(double value) override;
+    std::string doGetString(bool ignoreCache) override;
+    ERepresentation doRepresentation() override;
+    std::string doUnit() override { return m_unit; }
+    // The limits before ImposeMin/ImposeMax.
+    virtual int64_t rawMin() { return INT64_MIN; }
+    virtual int64_t rawMax() { return INT64_MAX; }
+    int64_t doIntMin() override;
+    int64_t doIntMax() override;
+    virtual EIncMode doIncMode() { return fixedIncrement; }
+    virtual std::vector<int64_t> doValidValues() { return {}; }
+
+    std::string m_unit;
+    bool m_hasRepresentation = false;
+    ERepresentation m_representation = PureNumber;
+    bool m_hasImposedMin = false;
+    bool m_hasImposedMax = false;
+    int64_t m_imposedMin = 0;
+    int64_t m_imposedMax = 0;
+};
+
+class Integer final : public IntegerBase
+{
+public:
+    Integer(NodeMap &map, std::string name) : IntegerBase(map, std::move(name), "Integer") {}
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void finishLoad() override;
+
+protected:
+    EAccessMode doAccess() override;
+    int64_t doGetInt(bool ignoreCache) override;
+    void doPutInt(int64_t value) override;
+    int64_t rawMin() override;
+    int64_t rawMax() override;
+    int64_t doIntInc() override;
+    EIncMode doIncMode() override;
+    std::vector<int64_t> doValidValues() override { return m_validValues; }
+    ERepresentation doRepresentation() override;
+    std::string doUnit() override;
+
+private:
+    ValueSource<int64_t> m_source;
+    bool m_hasMin = false, m_hasMax = false, m_hasInc = false;
+    int64_t m_min = INT64_MIN, m_max = INT64_MAX, m_inc = 1;
+    Ref m_pMin, m_pMax, m_pInc;
+    std::vector<int64_t> m_validValues;
+};
+
+// Register access shared by IntReg, MaskedIntReg, FloatReg, StringReg and
+// Register: address computation, port access and the value cache.
+class RegisterCore
+{
+public:
+    explicit RegisterCore(Node &owner) : m_owner(owner) {}
+    bool applyProperty(const Property &property);
+    void collectRefs(std::vector<Ref *> &reading);
+    void finishLoad();
+    // An address contribution written inline (an IntSwissKnife child).
+    void addAddressNode(Node *node);
+
+    int64_t address();
+    int64_t length();
+    EAccessMode access();
+    // Reads length() bytes; from the cache when allowed and valid.
+    std::vector<uint8_t> read(bool ignoreCache);
+    void write(const std::vector<uint8_t> &bytes);
+    void invalidate() { m_cacheValid = false; }
+    bool cacheValid() const { return m_cacheValid && m_caching != NoCache; }
+    bool poll();
+    ECachingMode caching() const { return m_caching; }
+    EEndianess endianess() const { return m_endianess; }
+    bool readableByMode() const { return m_accessMode == RO || m_accessMode == RW; }
+    EAccessMode declaredAccess() const { return m_accessMode; }
+    // The key that registers sharing one address have in common.
+    bool staticLocation(std::string &port, int64_t &address, int64_t &length) const;
+
+private:
+    IPort *port();
+
+    Node &m_owner;
+    Ref m_pPort;
+    int64_t m_constAddress = 0;
+    bool m_hasConstAddress = false;
+    std::vector<Ref> m_pAddress;
+    Ref m_pIndex;
+    int64_t m_indexOffset = 0;
+    Ref m_pIndexOffset;
+    int64_t m_length = 0;
+    bool m_hasLength = false;
+    Ref m_pLength;
+    EAccessMode m_accessMode = RO;
+    ECachingMode m_caching = WriteThrough;
+    EEndianess m_endianess = LittleEndian;
+    std::vector<uint8_t> m_cache;
+    bool m_cacheValid = false;
+    std::vector<uint8_t> m_lastRead; // what the device said last, for polling
+    bool m_hasLastRead = false;
+    bool m_lastPollFailed = false;
+};
+
+// IntReg, MaskedIntReg (also the entries of a StructReg), IntKey and
+// AdvFeatureLock.
+class IntReg final : public IntegerBase
+{
+public:
+    IntReg(NodeMap &map, std::string name, const char *typeName, bool masked);
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void finishLoad() override;
+    bool isRegister() const override { return true; }
+    void invalidateCache() override { m_core.invalidate(); }
+    bool pollRegister() override { return m_core.poll(); }
+    bool ownCacheValid() const override { return m_core.cacheValid(); }
+    RegisterCore &core() { return m_core; }
+
+protected:
+    EAccessMode doAccess() override { return m_core.access(); }
+    int64_t doGetInt(bool ignoreCache) override;
+    void doPutInt(int64_t value) override;
+    int64_t rawMin() override;
+    int64_t rawMax() override;
+
+private:
+    // Bit position of the field's least significant bit and its width.
+    void field(int64_t registerBits, int &shift, int &width) const;
+    int valueBits();
+
+    RegisterCore m_core;
+    bool m_masked;
+    bool m_signed = false;
+    int m_lsb = -1, m_msb = -1;
+};
+
+// Shared implementation of IFloat.
+class FloatBase : public ValueNode, public IFloat
+{
+public:
+    using ValueNode::ValueNode;
+    bool applyProperty(const Property &property) override;
+    void SetValue(double Value, bool Verify = true) override;
+    IFloat &operator=(double Value) override;
+    double GetValue(bool Verify = false, bool IgnoreCache = false) override;
+    double operator()() override { return GetValue(); }
+    double operator*() override { return GetValue(); }
+    double GetMin() override;
+    double GetMax() override;
+    bool HasInc() override;
+    EIncMode GetIncMode() override;
+    double GetInc() override;
+    double_autovector_t GetListOfValidValues(bool bounded = true) override;
+    ERepresentation GetRepresentation() override;
+    gcstring GetUnit() const override;
+    EDisplayNotation GetDisplayNotation() const override { return m_notation; }
+    int64_t GetDisplayPrecision() const override { return m_precision; }
+    INode *GetIntAlias() override { return nullptr; }
+    void ImposeMin(double Value) override;
+    void ImposeMax(double Value) override;
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfIFloat; }
+
+protected:
+    void verify(double value);
+    std::string toText(bool verify, bool ignoreCache) override;
+    void fromText(const std::string &text, bool verify) override;
+    int64_t doGetInt(bool ignoreCache) override;
+    void doPutInt(int64_t value) override { doPutFloat(static_cast<double>(value)); }
+    std::string doGetString(bool ignoreCache) override;
+    ERepresentation doRepresentation() override;
+    std::string doUnit() override { return m_unit; }
+    virtual double rawMin() { return -1.7976931348623157e308; }
+    virtual double rawMax() { return 1.7976931348623157e308; }
+    double doFloatMin() override;
+    double doFloatMax() override;
+    int64_t doIntMin() override;
+    int64_t doIntMax() override;
+    virtual bool doHasInc() { return false; }
+    virtual double doFloatInc() { return 0; }
+    virtual std::vector<double> doValidValues() { return {}; }
+
+    std::string m_unit;
+    bool m_hasRepresentation = false;
+    ERepresentation m_representation = PureNumber;
+    EDisplayNotation m_notation = fnAutomatic;
+    int64_t m_precision = 6;
+    bool m_hasImposedMin = false, m_hasImposedMax = false;
+    double m_imposedMin = 0, m_imposedMax = 0;
+};
+
+class Float final : public FloatBase
+{
+public:
+    Float(NodeMap &map, std::string name) : FloatBase(map, std::move(name), "Float") {}
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+
+protected:
+    EAccessMode doAccess() override;
+    double doGetFloat(bool ignoreCache) override;
+    void doPutFloat(double value) override;
+    double rawMin() override;
+    double rawMax() override;
+    bool doHasInc() override;
+    double doFloatInc() override;
+    std::vector<double> doValidValues() override { return m_validValues; }
+    ERepresentation doRepresentation() override;
+    std::string doUnit() override;
+
+private:
+    ValueSource<double> m_source;
+    bool m_hasMin = false, m_hasMax = false, m_hasInc = false;
+    double m_min = 0, m_max = 0, m_inc = 0;
+    Ref m_pMin, m_pMax, m_pInc;
+    std::vector<double> m_validValues;
+};
+
+class FloatReg final : public FloatBase
+{
+public:
+    FloatReg(NodeMap &map, std::string name)
+        : FloatBase(map, std::move(name), "FloatReg")
+        , m_core(*this)
+    {
+    }
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void finishLoad() override;
+    bool isRegister() const override { return true; }
+    void invalidateCache() override { m_core.invalidate(); }
+    bool pollRegister() override { return m_core.poll(); }
+    bool ownCacheValid() const override { return m_core.cacheValid(); }
+    RegisterCore &core() { return m_core; }
+
+protected:
+    EAccessMode doAccess() override { return m_core.access(); }
+    double doGetFloat(bool ignoreCache) override;
+    void doPutFloat(double value) override;
+
+private:
+    RegisterCore m_core;
+};
+
+// The variables, constants and expressions of a SwissKnife or Converter.
+class FormulaScope final : public FormulaVariables
+{
+public:
+    bool applyProperty(const Property &property);
+    void collectRefs(std::vector<Ref *> &reading);
+    // Parses the formulas once the variable names are known; special names
+    // (FROM, TO) come first in the index space.
+    Formula parse(Node &owner, const std::string &text, uint32_t line,
+                  const std::vector<std::string> &specials);
+    int64_t evaluateInt(Node &owner, const Formula &formula, int64_t special);
+    double evaluateFloat(Node &owner, const Formula &formula, double special);
+
+    int64_t intVariable(int index) override;
+    double floatVariable(int index) override;
+
+private:
+    struct Variable {
+        std::string name;
+        Ref ref;
+        bool isConstant = false;
+        double constant = 0;
+        std::string expressionText;
+        Formula expression;
+        bool isExpression = false;
+    };
+    std::vector<Variable> m_variables;
+    size_t m_specialCount = 0;
+    double m_special = 0;
+    int64_t m_specialInt = 0;
+    int m_expressionDepth = 0;
+    Node *m_owner = nullptr;
+};
+
+// IntSwissKnife (isInt) and SwissKnife.
+class IntSwissKnife final : public IntegerBase
+{
+public:
+    IntSwissKnife(NodeMap &map, std::string name)
+        : IntegerBase(map, std::move(name), "IntSwissKnife")
+    {
+    }
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void finishLoad() override;
+
+protected:
+    int64_t doGetInt(bool ignoreCache) override;
+
+private:
+    FormulaScope m_scope;
+    std::string m_text;
+    uint32_t m_formulaLine = 0;
+    Formula m_formula;
+};
+
+class SwissKnife final : public FloatBase
+{
+public:
+    SwissKnife(NodeMap &map, std::string name) : FloatBase(map, std::move(name), "SwissKnife") {}
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void finishLoad() override;
+
+protected:
+    double doGetFloat(bool ignoreCache) override;
+
+private:
+    FormulaScope m_scope;
+    std::string m_text;
+    uint32_t m_formulaLine = 0;
+    Formula m_formula;
+};
+
+// Converter and IntConverter: FormulaFrom turns the pValue's raw value (TO)
+// into this node's value, FormulaTo turns a value (FROM) into the raw value.
+struct ConverterCore {
+    bool applyProperty(Node &owner, const Property &property);
+    void collectRefs(std::vector<Ref *> &reading);
+    void finishLoad(Node &owner);
+    double toValue(Node &owner, double raw);
+    double toRaw(Node &owner, double value);
+    // The limits of the converted value, from the raw node's limits.
+    void limits(Node &owner, double &low, double &high, bool integer);
+
+    FormulaScope scope;
+    Ref pValue;
+    std::string toText, fromText;
+    uint32_t toLine = 0, fromLine = 0;
+    Formula to, from;
+    ESlope slope = Automatic;
+};
+
+class IntConverter final : public IntegerBase
+{
+public:
+    IntConverter(NodeMap &map, std::string name)
+        : IntegerBase(map, std::move(name), "IntConverter")
+    {
+    }
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void finishLoad() override { m_core.finishLoad(*this); }
+
+protected:
+    EAccessMode doAccess() override;
+    int64_t doGetInt(bool ignoreCache) override;
+    void doPutInt(int64_t value) override;
+    int64_t rawMin() override;
+    int64_t rawMax() override;
+
+private:
+    ConverterCore m_core;
+};
+
+class Converter final : public FloatBase
+{
+public:
+    Converter(NodeMap &map, std::string name) : FloatBase(map, std::move(name), "Converter") {}
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void finishLoad() override { m_core.finishLoad(*this); }
+
+protected:
+    EAccessMode doAccess() override;
+    double doGetFloat(bool ignoreCache) override;
+    void doPutFloat(double value) override;
+    double rawMin() override;
+    double rawMax() override;
+
+private:
+    ConverterCore m_core;
+};
+
+class Boolean final : public ValueNode, public IBoolean
+{
+public:
+    Boolean(NodeMap &map, std::string name) : ValueNode(map, std::move(name), "Boolean") {}
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void SetValue(bool Value, bool Verify = true) override;
+    void operator=(bool Value) override { SetValue(Value); }
+    bool GetValue(bool Verify = false, bool IgnoreCache = false) const override;
+    bool operator()() const override { return GetValue(); }
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfIBoolean; }
+
+protected:
+    EAccessMode doAccess() override;
+    int64_t doGetInt(bool ignoreCache) override;
+    void doPutInt(int64_t value) override;
+    std::string toText(bool verify, bool ignoreCache) override;
+    void fromText(const std::string &text, bool verify) override;
+
+private:
+    bool read(bool ignoreCache);
+    ValueSource<int64_t> m_source;
+    int64_t m_on = 1, m_off = 0;
+    bool m_storedIsBool = false; // <Value>true</Value>: kept as 1/0
+};
+
+class Command final : public ValueNode, public ICommand
+{
+public:
+    Command(NodeMap &map, std::string name) : ValueNode(map, std::move(name), "Command") {}
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void Execute(bool Verify = true) override;
+    void operator()() override { Execute(); }
+    bool IsDone(bool Verify = true) override;
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfICommand; }
+
+protected:
+    EAccessMode doAccess() override;
+    std::string toText(bool verify, bool ignoreCache) override;
+    void fromText(const std::string &text, bool verify) override;
+
+private:
+    int64_t commandValue();
+    ValueSource<int64_t> m_source;
+    int64_t m_commandValue = 1;
+    Ref m_pCommandValue;
+};
+
+class EnumEntry;
+
+class Enumeration final : public ValueNode, public IEnumeration
+{
+public:
+    Enumeration(NodeMap &map, std::string name) : ValueNode(map, std::move(name), "Enumeration")
+    {
+    }
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void GetSymbolics(StringList_t &Symbolics) override;
+    void GetEntries(NodeList_t &Entries) override;
+    IEnumeration &operator=(const gcstring &ValueStr) override;
+    void SetIntValue(int64_t Value, bool Verify = true) override;
+    int64_t GetIntValue(bool Verify = false, bool IgnoreCache = false) override;
+    IEnumEntry *GetCurrentEntry(bool Verify = false, bool IgnoreCache = false) override;
+    IEnumEntry *GetEntryByName(const gcstring &Symbolic) override;
+    IEnumEntry *GetEntry(const int64_t IntValue) override;
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfIEnumeration; }
+
+    std::vector<EnumEntry *> entries;
+
+protected:
+    EAccessMode doAccess() override;
+    int64_t doGetInt(bool ignoreCache) override;
+    void doPutInt(int64_t value) override;
+    std::string doGetString(bool ignoreCache) override;
+    std::string toText(bool verify, bool ignoreCache) override;
+    void fromText(const std::string &text, bool verify) override;
+
+private:
+    EnumEntry *entryForValue(int64_t value);
+    EnumEntry *entryForName(std::string_view name);
+    void setEntry(EnumEntry *entry, bool verify);
+    ValueSource<int64_t> m_source;
+};
+
+class EnumEntry final : public ValueNode, public IEnumEntry
+{
+public:
+    EnumEntry(NodeMap &map, std::string name, std::string symbolic, Enumeration *parent)
+        : ValueNode(map, std::move(name), "EnumEntry")
+        , m_symbolic(std::move(symbolic))
+        , m_parent(parent)
+    {
+    }
+    bool applyProperty(const Property &property) override;
+    int64_t GetValue() override { return m_value; }
+    gcstring GetSymbolic() const override { return m_symbolic; }
+    double GetNumericValue() override { return m_hasNumeric ? m_numeric : double(m_value); }
+    bool IsSelfClearing() override { return m_selfClearing; }
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfIEnumEntry; }
+    const std::string &symbolic() const { return m_symbolic; }
+    int64_t value() const { return m_value; }
+    Enumeration *parent() const { return m_parent; }
+
+protected:
+    int64_t doGetInt(bool) override { return m_value; }
+    std::string toText(bool, bool) override { return m_symbolic; }
+    void fromText(const std::string &, bool) override;
+
+private:
+    std::string m_symbolic;
+    Enumeration *m_parent;
+    int64_t m_value = 0;
+    double m_numeric = 0;
+    bool m_hasNumeric = false;
+    bool m_selfClearing = false;
+};
+
+// String (a value in the node or behind pValue), StringReg, and the
+// register-backed text nodes.
+class String final : public ValueNode, public IString
+{
+public:
+    String(NodeMap &map, std::string name, const char *typeName, bool isRegister);
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void finishLoad() override;
+    void SetValue(const gcstring &Value, bool Verify = true) override;
+    IString &operator=(const gcstring &Value) override;
+    gcstring GetValue(bool Verify = false, bool IgnoreCache = false) override;
+    gcstring operator()() override { return GetValue(); }
+    gcstring operator*() override { return GetValue(); }
+    int64_t GetMaxLength() override;
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfIString; }
+    bool isRegister() const override { return m_isRegister; }
+    void invalidateCache() override { m_core.invalidate(); }
+    bool pollRegister() override { return m_isRegister && m_core.poll(); }
+    bool ownCacheValid() const override { return !m_isRegister || m_core.cacheValid(); }
+    RegisterCore &core() { return m_core; }
+
+protected:
+    EAccessMode doAccess() override;
+    std::string doGetString(bool ignoreCache) override;
+    void doPutString(const std::string &value) override;
+    std::string toText(bool, bool ignoreCache) override { return doGetString(ignoreCache); }
+    void fromText(const std::string &text, bool verify) override;
+
+private:
+    bool m_isRegister;
+    RegisterCore m_core;
+    std::string m_value;
+    Ref m_pValue;
+};
+
+// Register and the register-like SmartFeature: raw bytes.
+class Register final : public ValueNode, public IRegister
+{
+public:
+    Register(NodeMap &map, std::string name, const char *typeName)
+        : ValueNode(map, std::move(name), typeName)
+        , m_core(*this)
+    {
+    }
+    bool applyProperty(const Property &property) override;
+    void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
+    void finishLoad() override;
+    void Set(const uint8_t *pBuffer, int64_t Length, bool Verify = true) override;
+    void Get(uint8_t *pBuffer, int64_t Length, bool Verify = false,
+             bool IgnoreCache = false) override;
+    int64_t GetLength() override;
+    int64_t GetAddress() override;
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfIRegister; }
+    bool isRegister() const override { return true; }
+    void invalidateCache() override { m_core.invalidate(); }
+    bool pollRegister() override { return m_core.poll(); }
+    bool ownCacheValid() const override { return m_core.cacheValid(); }
+    RegisterCore &core() { return m_core; }
+
+protected:
+    EAccessMode doAccess() override { return m_core.access(); }
+    std::string toText(bool verify, bool ignoreCache) override;
+    void fromText(const std::string &text, bool verify) override;
+
+private:
+    RegisterCore m_core;
+};
+
+class Port final : public Node, public IPort
+{
+public:
+    Port(NodeMap &map, std::string name) : Node(map, std::move(name), "Port") {}
+    bool applyProperty(const Property &property) override;
+    void Read(void *pBuffer, int64_t Address, int64_t Length) override;
+    void Write(const void *pBuffer, int64_t Address, int64_t Length) override;
+    EInterfaceType GetPrincipalInterfaceType() const override { return intfIPort; }
+    void connect(IPort *port) { m_port = port; }
+    IPort *connected() const { return m_port; }
+
+protected:
+    EAccessMode doAccess() override;
+
+private:
+    IPort *m_port = nullptr;
+};
+
+// Property parsing, shared by the node classes. Each throws
+// PropertyException naming the line, the node and the malformed text.
+[[noreturn]] void throwBadProperty(const Node &node, const Property &property, const char *expected);
+int64_t propertyInt(const Node &node, const Property &property);
+double propertyDouble(const Node &node, const Property &property);
+bool propertyYesNo(const Node &node, const Property &property);
+EAccessMode propertyAccessMode(const Node &node, const Property &property);
+Ref propertyRef(const Property &property);
+
+} // namespace impl
+} // namespace GenApi_3_0
+
+#endif
