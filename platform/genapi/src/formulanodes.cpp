@@ -79,8 +79,8 @@ int64_t FormulaScope::intVariable(int index)
     if (i < m_specialCount)
         return m_specialInt;
     Variable &v = m_variables[i - m_specialCount];
-    if (v.isConstant)
-        return saturatingRound(v.constant);
+    if (v.isConstant) // truncated, as C converts a double to an integer
+        return saturatingRound(std::trunc(v.constant));
     if (v.isExpression) {
         if (++m_expressionDepth > MaxExpressionDepth) {
             m_expressionDepth = 0;

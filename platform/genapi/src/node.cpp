@@ -229,14 +229,16 @@ void Node::requireReadable()
 {
     const EAccessMode mode = access();
     if (!IsReadable(mode))
-        throwAccess("is not readable (access mode " + accessText(mode) + ")");
+        throw ACCESS_EXCEPTION("%s is not readable (access mode %s)", label().c_str(),
+                               accessText(mode).c_str());
 }
 
 void Node::requireWritable()
 {
     const EAccessMode mode = access();
     if (!IsWritable(mode))
-        throwAccess("is not writable (access mode " + accessText(mode) + ")");
+        throw ACCESS_EXCEPTION("%s is not writable (access mode %s)", label().c_str(),
+                               accessText(mode).c_str());
 }
 
 int64_t Node::getInt(bool ignoreCache)

@@ -11,6 +11,8 @@
 
 #include <GenApi/Interfaces.h>
 
+#include <type_traits>
+
 namespace GenApi_3_0 {
 
 class GENAPI_DECL CNodeCallback
@@ -45,8 +47,13 @@ public:
     }
     void operator()(ECallbackType CallbackType) const override
     {
-        if (m_pFunction && CallbackType == m_CallbackType)
-            m_pFunction(m_pNode);
+        if (CallbackType != m_CallbackType)
+            return;
+        if constexpr (std::is_pointer<Function>::value) {
+            if (!m_pFunction)
+                return;
+        }
+        m_pFunction(m_pNode);
     }
     void Destroy() override { delete this; }
 

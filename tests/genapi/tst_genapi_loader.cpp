@@ -1,0 +1,319 @@
+#include "genapitest.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+using namespace GenApi;
+using GenApiTest::description;
+
+class tst_GenApiLoader : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void acceptedInputs_data();
+    void acceptedInputs();
+    void loadErrors_data();
+    void loadErrors();
+    void lineNumbersCountSkippedLines();
+    void unknownElementsAreSkipped();
+    void zipWithDecoyEntries();
+    void zipFileDetectedByContent();
+    void brokenZipData_data();
+    void brokenZipData();
+    void missingFile();
+    void secondLoadIsALogicError();
+    void unloadedReferenceIsALogicError();
+    void copiesShareTheNodeMap();
+    void nodeMapIdentity();
+};
+
+void tst_GenApiLoader::acceptedInputs_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<QString>("expected"); // value of the node "Value"
+
+    const std::string plain = description(
+        "<Integer Name=\"Value\"><Value>42</Value></Integer>");
+    QTest::newRow("plain") << QByteArray::fromStdString(plain) << QStringLiteral("42");
+    QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF") + QByteArray::fromStdString(plain)
+                                     << QStringLiteral("42");
+    QTest::newRow("stray line before the XML")
+        << QByteArray("Vendor Inc.-Model - GEV Camera-123 (10.0.0.1)\n")
+               + QByteArray::fromStdString(plain)
+        << QStringLiteral("42");
+    QTest::newRow("byte-order mark and stray line")
+        << QByteArray("\xEF\xBB\xBFsome tool wrote this\r\n") + QByteArray::fromStdString(plain)
+        << QStringLiteral("42");
+    QByteArray crlf = QByteArray::fromStdString(plain);
+    crlf.replace("\n", "\r\n");
+    QTest::newRow("CRLF line ends") << crlf << QStringLiteral("42");
+    QByteArray noDeclaration = QByteArray::fromStdString(plain);
+    noDeclaration.remove(0, noDeclaration.indexOf('\n') + 1);
+    QTest::newRow("no XML declaration") << noDeclaration << QStringLiteral("42");
+    QTest::newRow("schema 1.0 namespace")
+        << QByteArray::fromStdString(plain).replace("Version_1_1", "Version_1_0")
+        << QStringLiteral("42");
+    QTest::newRow("CDATA formula")
+        << QByteArray::fromStdString(description(
+               "<IntSwissKnife Name=\"Value\"><Formula><![CDATA[(1 < 2) && (3 > 2) ? 42 : 0]]>"
+               "</Formula></IntSwissKnife>"))
+        << QStringLiteral("42");
+    QTest::newRow("comment inside a formula")
+        << QByteArray::fromStdString(description(
+               "<IntSwissKnife Name=\"Value\"><Formula>((<!-- 1 + -->41 + 1))</Formula>"
+               "</IntSwissKnife>"))
+        << QStringLiteral("42");
+    QTest::newRow("loose hexadecimal length and access mode R")
+        << QByteArray::fromStdString(description(
+               "<Integer Name=\"Value\"><pValue>Reg</pValue></Integer>"
+               "<IntReg Name=\"Reg\"><Address>0x10</Address><Length>0x04</Length>"
+               "<AccessMode>R</AccessMode><pPort>Device</pPort></IntReg>"))
+        << QStringLiteral("0");
+    QTest::newRow("nested groups")
+        << QByteArray::fromStdString(description(
+               "<Group Comment=\"a\"><Group Comment=\"b\">"
+               "<Integer Name=\"Value\"><Value>7</Value></Integer></Group></Group>"))
+        << QStringLiteral("7");
+    QTest::newRow("white space around names and values")
+        << QByteArray::fromStdString(description(
+               "<Integer Name=\"Value\"><pValue>\n  Inner \n</pValue></Integer>"
+               "<Integer Name=\"Inner\"><Value>  -5\t</Value></Integer>"))
+        << QStringLiteral("-5");
+}
+
+void tst_GenApiLoader::acceptedInputs()
+{
+    QFETCH(QByteArray, xml);
+    QFETCH(QString, expected);
+    CNodeMapRef map;
+    CMemoryPort port;
+    try {
+        map._LoadXMLFromString(xml.constData());
+    } catch (const GenICam::GenericException &e) {
+        QFAIL(e.GetDescription());
+    }
+    map._Connect(&port);
+    CValuePtr value(map._GetNode("Value"));
+    QVERIFY(value.IsValid());
+    QCOMPARE(QString::fromUtf8(value->ToString().c_str()), expected);
+}
+
+void tst_GenApiLoader::loadErrors_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("fragment");
+
+    QTest::newRow("empty") << QByteArray() << QStringLiteral("RuntimeException")
+                           << QStringLiteral("malformed XML");
+    QTest::newRow("not XML") << QByteArray("hello") << QStringLiteral("RuntimeException")
+                             << QStringLiteral("malformed XML");
+    QTest::newRow("truncated")
+        << QByteArray("<RegisterDescription>\n<Integer Name=\"A\">\n<Value>1</Val")
+        << QStringLiteral("RuntimeException") << QStringLiteral("line 3");
+    QTest::newRow("mismatched tags")
+        << QByteArray("<RegisterDescription>\n\n<Integer Name=\"A\"></Float>\n</RegisterDescription>")
+        << QStringLiteral("RuntimeException") << QStringLiteral("line 3");
+    QTest::newRow("wrong root element")
+        << QByteArray("<Description><Integer Name=\"A\"/></Description>")
+        << QStringLiteral("RuntimeException") << QStringLiteral("not <RegisterDescription>");
+    QTest::newRow("node without a name")
+        << QByteArray::fromStdString(description("<Integer><Value>1</Value></Integer>"))
+        << QStringLiteral("PropertyException") << QStringLiteral("<Integer> has no Name");
+    QTest::newRow("node defined twice")
+        << QByteArray::fromStdString(description("<Integer Name=\"A\"><Value>1</Value></Integer>\n"
+                                                 "<Integer Name=\"A\"><Value>2</Value></Integer>"))
+        << QStringLiteral("PropertyException")
+        << QStringLiteral("line 4: node 'A' is defined twice (first at line 3)");
+    QTest::newRow("malformed integer")
+        << QByteArray::fromStdString(description(
+               "<Integer Name=\"A\"><Value>1</Value><Min>ten</Min></Integer>"))
+        << QStringLiteral("PropertyException") << QStringLiteral("node 'A': <Min> 'ten' is not an integer");
+    QTest::newRow("malformed visibility")
+        << QByteArray::fromStdString(description(
+               "<Integer Name=\"A\"><Visibility>Wizard</Visibility><Value>1</Value></Integer>"))
+        << QStringLiteral("PropertyException") << QStringLiteral("'Wizard' is not a visibility");
+    QTest::newRow("malformed access mode")
+        << QByteArray::fromStdString(description(
+               "<IntReg Name=\"A\"><Address>0</Address><Length>4</Length>"
+               "<AccessMode>XY</AccessMode><pPort>Device</pPort></IntReg>"))
+        << QStringLiteral("PropertyException") << QStringLiteral("'XY' is not an access mode");
+    QTest::newRow("reference to a missing node")
+        << QByteArray::fromStdString(description(
+               "\n<Integer Name=\"A\">\n<pValue>Nowhere</pValue></Integer>"))
+        << QStringLiteral("PropertyException")
+        << QStringLiteral("line 5: node 'A' refers to node 'Nowhere', which is not defined");
+    QTest::newRow("formula that does not parse")
+        << QByteArray::fromStdString(description(
+               "<IntSwissKnife Name=\"K\">\n<Formula>1 + * 2</Formula></IntSwissKnife>"))
+        << QStringLiteral("PropertyException")
+        << QStringLiteral("line 4: node 'K': formula '1 + * 2': unexpected '*'");
+    QTest::newRow("formula with an unknown variable")
+        << QByteArray::fromStdString(description(
+               "<IntSwissKnife Name=\"K\"><Formula>X + 1</Formula></IntSwissKnife>"))
+        << QStringLiteral("PropertyException") << QStringLiteral("unknown variable 'X'");
+    QTest::newRow("swiss knife without formula")
+        << QByteArray::fromStdString(description("<SwissKnife Name=\"K\"/>"))
+        << QStringLiteral("PropertyException") << QStringLiteral("node 'K' has no Formula");
+    QTest::newRow("converter without FormulaTo")
+        << QByteArray::fromStdString(description(
+               "<Integer Name=\"R\"><Value>1</Value></Integer>"
+               "<Converter Name=\"C\"><FormulaFrom>TO</FormulaFrom><pValue>R</pValue></Converter>"))
+        << QStringLiteral("PropertyException")
+        << QStringLiteral("node 'C' needs both FormulaTo and FormulaFrom");
+    QTest::newRow("pPort that is not a port")
+        << QByteArray::fromStdString(description(
+               "<Integer Name=\"P\"><Value>1</Value></Integer>"
+               "<IntReg Name=\"A\"><Address>0</Address><Length>4</Length><pPort>P</pPort></IntReg>"))
+        << QStringLiteral("PropertyException") << QStringLiteral("pPort 'P' is not a Port");
+    QTest::newRow("zero increment")
+        << QByteArray::fromStdString(description(
+               "<Integer Name=\"A\"><Value>1</Value><Inc>0</Inc></Integer>"))
+        << QStringLiteral("PropertyException") << QStringLiteral("increment 0 must be positive");
+}
+
+void tst_GenApiLoader::loadErrors()
+{
+    QFETCH(QByteArray, xml);
+    QFETCH(QString, type);
+    QFETCH(QString, fragment);
+    CNodeMapRef map;
+    const QString what = GenApiTest::thrown([&] { map._LoadXMLFromString(xml.constData()); });
+    QVERIFY2(what.startsWith(type + QLatin1Char(':')), qPrintable(what));
+    QVERIFY2(what.contains(fragment), qPrintable(what));
+    // A failed load leaves the reference empty and usable for another try.
+    QVERIFY(map._Ptr == nullptr);
+    map._LoadXMLFromString(description("<Integer Name=\"A\"><Value>1</Value></Integer>").c_str());
+    QVERIFY(map._GetNode("A") != nullptr);
+}
+
+void tst_GenApiLoader::lineNumbersCountSkippedLines()
+{
+    // The stray line is line 1 of the file, so the bad property is on line 5.
+    const std::string xml = "stray tool output\n" + description("<Integer Name=\"A\">\n<Min>x</Min></Integer>");
+    CNodeMapRef map;
+    VERIFY_THROWS(map._LoadXMLFromString(xml.c_str()), "PropertyException", "line 5:");
+}
+
+void tst_GenApiLoader::unknownElementsAreSkipped()
+{
+    CNodeMapRef map;
+    map._LoadXMLFromString(description(
+                               "<FancyFutureNode Name=\"F\"><Whatever/></FancyFutureNode>"
+                               "<Integer Name=\"A\"><Value>3</Value><NewProperty>1</NewProperty>"
+                               "<Extension><Vendor>x</Vendor></Extension></Integer>")
+                               .c_str());
+    QVERIFY(map._GetNode("F") == nullptr);
+    CIntegerPtr a(map._GetNode("A"));
+    QCOMPARE(a->GetValue(), int64_t(3));
+}
+
+void tst_GenApiLoader::zipWithDecoyEntries()
+{
+    // This archive also holds __MACOSX/._issue_66_altered_zip.xml, a
+    // resource fork that is not a description.
+    const QString path = QStringLiteral(ORB_CORPUS_DIR "/stemmer_tlsimu-altered.zip");
+    CNodeMapRef map;
+    map._LoadXMLFromZIPFile(path.toUtf8().constData());
+    QCOMPARE(QString::fromUtf8(map._GetModelName().c_str()), QStringLiteral("TLSimu"));
+    QVERIFY(map._GetNode("Root") != nullptr);
+
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray data = file.readAll();
+    CNodeMapRef fromData;
+    fromData._LoadXMLFromZIPData(data.constData(), static_cast<size_t>(data.size()));
+    NodeList_t a, b;
+    map._GetNodes(a);
+    fromData._GetNodes(b);
+    QCOMPARE(a.size(), b.size());
+}
+
+void tst_GenApiLoader::zipFileDetectedByContent()
+{
+    CNodeMapRef map;
+    map._LoadXMLFromFile(ORB_CORPUS_DIR "/hikvision_virtual-camera.zip");
+    QCOMPARE(QString::fromUtf8(map._GetVendorName().c_str()), QStringLiteral("HIKVISION"));
+}
+
+void tst_GenApiLoader::brokenZipData_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<QString>("type");
+    QTest::newRow("empty") << QByteArray() << QStringLiteral("InvalidArgumentException");
+    QTest::newRow("not a zip") << QByteArray("this is not a zip archive at all")
+                               << QStringLiteral("RuntimeException");
+    QFile file(QStringLiteral(ORB_CORPUS_DIR "/stemmer_tlsimu-altered.zip"));
+    file.open(QIODevice::ReadOnly);
+    QTest::newRow("truncated") << file.readAll().left(1000) << QStringLiteral("RuntimeException");
+}
+
+void tst_GenApiLoader::brokenZipData()
+{
+    QFETCH(QByteArray, data);
+    QFETCH(QString, type);
+    CNodeMapRef map;
+    const QString what = GenApiTest::thrown(
+        [&] { map._LoadXMLFromZIPData(data.constData(), static_cast<size_t>(data.size())); });
+    QVERIFY2(what.startsWith(type), qPrintable(what));
+}
+
+void tst_GenApiLoader::missingFile()
+{
+    CNodeMapRef map;
+    VERIFY_THROWS(map._LoadXMLFromFile("/nonexistent/camera.xml"), "RuntimeException",
+                  "cannot open '/nonexistent/camera.xml'");
+}
+
+void tst_GenApiLoader::secondLoadIsALogicError()
+{
+    CNodeMapRef map;
+    const std::string xml = description("<Integer Name=\"A\"><Value>1</Value></Integer>");
+    map._LoadXMLFromString(xml.c_str());
+    VERIFY_THROWS(map._LoadXMLFromString(xml.c_str()), "LogicalErrorException", "already loaded");
+}
+
+void tst_GenApiLoader::unloadedReferenceIsALogicError()
+{
+    CNodeMapRef map;
+    VERIFY_THROWS(map._GetNode("A"), "LogicalErrorException", "no description has been loaded");
+    QVERIFY(static_cast<INodeMap *>(map) == nullptr);
+}
+
+void tst_GenApiLoader::copiesShareTheNodeMap()
+{
+    CIntegerPtr value;
+    {
+        CNodeMapRef first;
+        first._LoadXMLFromString(description("<Integer Name=\"A\"><Value>1</Value></Integer>").c_str());
+        CNodeMapRef second(first);
+        QCOMPARE(second._Ptr, first._Ptr);
+        first._Destroy();
+        QVERIFY(first._Ptr == nullptr);
+        value = second._GetNode("A");
+        value->SetValue(5);
+        QCOMPARE(value->GetValue(), int64_t(5));
+    }
+}
+
+void tst_GenApiLoader::nodeMapIdentity()
+{
+    CNodeMapRef map("Cam0");
+    map._LoadXMLFromString(description("<Integer Name=\"A\"><Value>1</Value></Integer>"
+                                       "<Enumeration Name=\"E\"><EnumEntry Name=\"X\"><Value>1</Value>"
+                                       "</EnumEntry><Value>1</Value></Enumeration>")
+                               .c_str());
+    QCOMPARE(QString::fromUtf8(map._GetDeviceName().c_str()), QStringLiteral("Cam0"));
+    QCOMPARE(QString::fromUtf8(map._GetVendorName().c_str()), QStringLiteral("TestVendor"));
+    QCOMPARE(QString::fromUtf8(map._GetModelName().c_str()), QStringLiteral("TestModel"));
+    // A, E, its entry and the port.
+    QCOMPARE(map._Ptr->GetNumNodes(), uint64_t(4));
+    QVERIFY(map._GetNode("EnumEntry_E_X") != nullptr);
+    QCOMPARE(QString::fromUtf8(map._GetNode("A")->GetDeviceName().c_str()), QStringLiteral("Cam0"));
+    QVERIFY(map._ParseSwissKnife("(1 + 2) * 3"));
+    QVERIFY(!map._ParseSwissKnife("(1 + "));
+}
+
+QTEST_APPLESS_MAIN(tst_GenApiLoader)
+#include "tst_genapi_loader.moc"
