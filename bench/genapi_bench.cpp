@@ -32,7 +32,8 @@ double millisecondsOf(const std::function<void()> &work)
 {
     const auto start = std::chrono::steady_clock::now();
     work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+        .count();
 }
 
 // The fastest of several runs: the least disturbed by the rest of the machine.
@@ -60,7 +61,7 @@ size_t walk(CNodeMapRef &map)
     size_t touched = 0;
     for (INode *node : nodes) {
         touched += node->GetDisplayName().size() + node->GetToolTip().size()
-                   + node->GetDescription().size();
+            + node->GetDescription().size();
         CValuePtr value(node);
         if (!value)
             continue;
@@ -90,7 +91,8 @@ size_t walkAravis(ArvGc *gc, ArvGcNode *node, int depth)
     }
     if (ARV_IS_GC_CATEGORY(node)) {
         for (const GSList *f = arv_gc_category_get_features(ARV_GC_CATEGORY(node)); f; f = f->next)
-            touched += walkAravis(gc, arv_gc_get_node(gc, static_cast<const char *>(f->data)), depth + 1);
+            touched += walkAravis(gc, arv_gc_get_node(gc, static_cast<const char *>(f->data)),
+                                  depth + 1);
     }
     return touched;
 }
@@ -170,7 +172,8 @@ int main(int argc, char **argv)
         map._InvalidateNodes();
         sink += walk(map);
     });
-    std::printf("  orbgenapi  load %8.2f ms   walk (read every feature) %8.2f ms\n", ourLoad, ourWalk);
+    std::printf("  orbgenapi  load %8.2f ms   walk (read every feature) %8.2f ms\n", ourLoad,
+                ourWalk);
 
 #ifdef ORB_HAVE_ARAVIS
     const double aravisLoad = best(runs, [&] {
@@ -178,9 +181,11 @@ int main(int argc, char **argv)
         g_object_unref(gc);
     });
     ArvGc *gc = arv_gc_new(nullptr, xml.data(), xml.size());
-    const double aravisWalk = best(runs, [&] { sink += walkAravis(gc, arv_gc_get_node(gc, "Root"), 0); });
+    const double aravisWalk
+        = best(runs, [&] { sink += walkAravis(gc, arv_gc_get_node(gc, "Root"), 0); });
     g_object_unref(gc);
-    std::printf("  aravis     load %8.2f ms   walk (metadata only)      %8.2f ms\n", aravisLoad, aravisWalk);
+    std::printf("  aravis     load %8.2f ms   walk (metadata only)      %8.2f ms\n", aravisLoad,
+                aravisWalk);
     std::printf("  load ratio aravis / orbgenapi: %.1fx\n", aravisLoad / ourLoad);
 #else
     std::printf("  aravis     not installed (Debian: libaravis-dev libusb-1.0-0-dev)\n");

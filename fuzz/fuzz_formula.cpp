@@ -7,8 +7,7 @@
 #include <string>
 
 namespace {
-class Variables final : public GenApi_3_0::impl::FormulaVariables
-{
+class Variables final : public GenApi_3_0::impl::FormulaVariables {
 public:
     int64_t intVariable(int index) override { return index == 0 ? -7 : 0x7FFFFFFFFFFFFFFF; }
     double floatVariable(int index) override { return index == 0 ? -7.5 : 1e308; }

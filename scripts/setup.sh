@@ -7,7 +7,7 @@ packages=(
     build-essential cmake ninja-build pkg-config
     qtbase5-dev qtbase5-dev-tools
     libpugixml-dev libzip-dev nlohmann-json3-dev
-    xvfb xauth
+    xvfb xauth clang-format git
     "$@"
 )
 

@@ -24,7 +24,7 @@ inline std::string description(const std::string &body)
            "SchemaSubMinorVersion=\"0\" MajorVersion=\"1\" MinorVersion=\"0\" "
            "SubMinorVersion=\"0\" ProductGuid=\"0\" VersionGuid=\"0\" "
            "xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">\n"
-           + body + "\n<Port Name=\"Device\"/>\n</RegisterDescription>\n";
+        + body + "\n<Port Name=\"Device\"/>\n</RegisterDescription>\n";
 }
 
 // An IntReg on the Device port.
@@ -32,10 +32,10 @@ inline std::string intReg(const std::string &name, int address, int length = 4,
                           const std::string &extra = std::string())
 {
     return "<IntReg Name=\"" + name + "\"><Address>" + std::to_string(address)
-           + "</Address><Length>" + std::to_string(length)
-           + "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-             "<Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess>"
-           + extra + "</IntReg>";
+        + "</Address><Length>" + std::to_string(length)
+        + "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+          "<Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess>"
+        + extra + "</IntReg>";
 }
 
 inline std::string xmlEscape(const std::string &text)
@@ -43,10 +43,17 @@ inline std::string xmlEscape(const std::string &text)
     std::string out;
     for (char c : text) {
         switch (c) {
-        case '<': out += "&lt;"; break;
-        case '>': out += "&gt;"; break;
-        case '&': out += "&amp;"; break;
-        default: out += c;
+        case '<':
+            out += "&lt;";
+            break;
+        case '>':
+            out += "&gt;";
+            break;
+        case '&':
+            out += "&amp;";
+            break;
+        default:
+            out += c;
         }
     }
     return out;
@@ -86,21 +93,21 @@ inline QString thrown(const std::function<void()> &f)
         f();
     } catch (const GenICam::GenericException &e) {
         return QString::fromUtf8(e.GetExceptionType()) + QStringLiteral(": ")
-               + QString::fromUtf8(e.GetDescription());
+            + QString::fromUtf8(e.GetDescription());
     }
     return QString();
 }
 
 } // namespace GenApiTest
 
-#define VERIFY_THROWS(expression, type, fragment)                                                 \
-    do {                                                                                          \
-        const QString _what = GenApiTest::thrown([&] { (void)(expression); });                    \
-        QVERIFY2(_what.startsWith(QStringLiteral(type ":")),                                      \
-                 qPrintable(QStringLiteral("expected " type ", got '%1'").arg(_what)));          \
-        QVERIFY2(_what.contains(QString::fromUtf8(fragment)),                                     \
-                 qPrintable(QStringLiteral("'%1' does not mention '%2'")                          \
-                                .arg(_what, QString::fromUtf8(fragment))));                      \
+#define VERIFY_THROWS(expression, type, fragment)                                                  \
+    do {                                                                                           \
+        const QString _what = GenApiTest::thrown([&] { (void)(expression); });                     \
+        QVERIFY2(_what.startsWith(QStringLiteral(type ":")),                                       \
+                 qPrintable(QStringLiteral("expected " type ", got '%1'").arg(_what)));            \
+        QVERIFY2(_what.contains(QString::fromUtf8(fragment)),                                      \
+                 qPrintable(QStringLiteral("'%1' does not mention '%2'")                           \
+                                .arg(_what, QString::fromUtf8(fragment))));                        \
     } while (false)
 
 #endif

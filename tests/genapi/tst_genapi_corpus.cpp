@@ -9,8 +9,7 @@
 
 using namespace GenApi;
 
-class tst_GenApiCorpus : public QObject
-{
+class tst_GenApiCorpus : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -26,17 +25,20 @@ void tst_GenApiCorpus::corpus_data()
     // SOURCES.tsv names each file's vendor and model; the loader must agree.
     QFile sources(QStringLiteral(ORB_CORPUS_DIR "/SOURCES.tsv"));
     QVERIFY2(sources.open(QIODevice::ReadOnly), "the shared corpus is missing");
-    const QStringList header = QString::fromUtf8(sources.readLine()).trimmed().split(QLatin1Char('\t'));
+    const QStringList header
+        = QString::fromUtf8(sources.readLine()).trimmed().split(QLatin1Char('\t'));
     const int fileColumn = header.indexOf(QStringLiteral("file"));
     const int vendorColumn = header.indexOf(QStringLiteral("VendorName"));
     const int modelColumn = header.indexOf(QStringLiteral("ModelName"));
     QVERIFY(fileColumn >= 0 && vendorColumn >= 0 && modelColumn >= 0);
     int rows = 0;
     while (!sources.atEnd()) {
-        const QStringList cells = QString::fromUtf8(sources.readLine()).trimmed().split(QLatin1Char('\t'));
+        const QStringList cells
+            = QString::fromUtf8(sources.readLine()).trimmed().split(QLatin1Char('\t'));
         if (cells.size() <= modelColumn)
             continue;
-        QTest::newRow(qPrintable(cells[fileColumn])) << cells[fileColumn] << cells[vendorColumn] << cells[modelColumn];
+        QTest::newRow(qPrintable(cells[fileColumn]))
+            << cells[fileColumn] << cells[vendorColumn] << cells[modelColumn];
         ++rows;
     }
     const QStringList files = QDir(QStringLiteral(ORB_CORPUS_DIR))
@@ -52,7 +54,8 @@ void tst_GenApiCorpus::corpus()
 
     CNodeMapRef map;
     try {
-        map._LoadXMLFromFile(QDir(QStringLiteral(ORB_CORPUS_DIR)).filePath(file).toUtf8().constData());
+        map._LoadXMLFromFile(
+            QDir(QStringLiteral(ORB_CORPUS_DIR)).filePath(file).toUtf8().constData());
     } catch (const GenICam::GenericException &e) {
         QFAIL(e.GetDescription());
     }

@@ -13,16 +13,16 @@ std::string knife(const char *type, const std::string &formula)
 {
     return std::string("<Integer Name=\"A\"><Value>6</Value></Integer>"
                        "<Integer Name=\"B\"><Value>-3</Value></Integer><")
-           + type + " Name=\"F\"><pVariable Name=\"A\">A</pVariable>"
-                    "<pVariable Name=\"B\">B</pVariable><Constant Name=\"C\">2.5</Constant>"
-                    "<Expression Name=\"TWICE_A\">A * 2</Expression><Formula>"
-           + GenApiTest::xmlEscape(formula) + "</Formula></" + type + ">";
+        + type
+        + " Name=\"F\"><pVariable Name=\"A\">A</pVariable>"
+          "<pVariable Name=\"B\">B</pVariable><Constant Name=\"C\">2.5</Constant>"
+          "<Expression Name=\"TWICE_A\">A * 2</Expression><Formula>"
+        + GenApiTest::xmlEscape(formula) + "</Formula></" + type + ">";
 }
 
 } // namespace
 
-class tst_GenApiFormula : public QObject
-{
+class tst_GenApiFormula : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -156,10 +156,14 @@ void tst_GenApiFormula::runtimeErrors_data()
 {
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("formula");
-    QTest::newRow("integer division by zero") << QStringLiteral("IntSwissKnife") << QStringLiteral("A / (B + 3)");
-    QTest::newRow("integer remainder by zero") << QStringLiteral("IntSwissKnife") << QStringLiteral("A % 0");
-    QTest::newRow("float division by zero") << QStringLiteral("SwissKnife") << QStringLiteral("C / (A - 6)");
-    QTest::newRow("zero to a negative power") << QStringLiteral("IntSwissKnife") << QStringLiteral("0 ** -1");
+    QTest::newRow("integer division by zero")
+        << QStringLiteral("IntSwissKnife") << QStringLiteral("A / (B + 3)");
+    QTest::newRow("integer remainder by zero")
+        << QStringLiteral("IntSwissKnife") << QStringLiteral("A % 0");
+    QTest::newRow("float division by zero")
+        << QStringLiteral("SwissKnife") << QStringLiteral("C / (A - 6)");
+    QTest::newRow("zero to a negative power")
+        << QStringLiteral("IntSwissKnife") << QStringLiteral("0 ** -1");
 }
 
 void tst_GenApiFormula::runtimeErrors()
@@ -179,17 +183,20 @@ void tst_GenApiFormula::syntaxErrors_data()
     QTest::newRow("open bracket") << QStringLiteral("(((") << QStringLiteral("unexpected end");
     QTest::newRow("missing operand") << QStringLiteral("1 +") << QStringLiteral("unexpected end");
     QTest::newRow("two numbers") << QStringLiteral("1 2") << QStringLiteral("unexpected '2'");
-    QTest::newRow("unknown function") << QStringLiteral("FOO(1)") << QStringLiteral("unknown function 'FOO'");
-    QTest::newRow("wrong argument count") << QStringLiteral("COS(1, 2)") << QStringLiteral("wrong number of arguments to COS");
+    QTest::newRow("unknown function")
+        << QStringLiteral("FOO(1)") << QStringLiteral("unknown function 'FOO'");
+    QTest::newRow("wrong argument count")
+        << QStringLiteral("COS(1, 2)") << QStringLiteral("wrong number of arguments to COS");
     QTest::newRow("unclosed call") << QStringLiteral("SIN(1") << QStringLiteral("expected ')'");
     QTest::newRow("missing colon") << QStringLiteral("1 ? 2") << QStringLiteral("expected ':'");
     QTest::newRow("stray character") << QStringLiteral("1 $ 2") << QStringLiteral("unexpected '$'");
-    QTest::newRow("malformed number") << QStringLiteral("12abc") << QStringLiteral("malformed number");
+    QTest::newRow("malformed number")
+        << QStringLiteral("12abc") << QStringLiteral("malformed number");
     QTest::newRow("empty") << QString() << QStringLiteral("has no Formula");
     // Deep nesting must end in an error, not a stack overflow.
-    QTest::newRow("nesting 5000 deep") << QString(5000, QLatin1Char('(')) + QStringLiteral("1")
-                                              + QString(5000, QLatin1Char(')'))
-                                       << QStringLiteral("nests deeper than");
+    QTest::newRow("nesting 5000 deep")
+        << QString(5000, QLatin1Char('(')) + QStringLiteral("1") + QString(5000, QLatin1Char(')'))
+        << QStringLiteral("nests deeper than");
     QTest::newRow("5000 unary minus") << QString(5000, QLatin1Char('-')) + QStringLiteral("1")
                                       << QStringLiteral("nests deeper than");
 }

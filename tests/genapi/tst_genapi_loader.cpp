@@ -6,8 +6,7 @@
 using namespace GenApi;
 using GenApiTest::description;
 
-class tst_GenApiLoader : public QObject
-{
+class tst_GenApiLoader : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -33,14 +32,13 @@ void tst_GenApiLoader::acceptedInputs_data()
     QTest::addColumn<QByteArray>("xml");
     QTest::addColumn<QString>("expected"); // value of the node "Value"
 
-    const std::string plain = description(
-        "<Integer Name=\"Value\"><Value>42</Value></Integer>");
+    const std::string plain = description("<Integer Name=\"Value\"><Value>42</Value></Integer>");
     QTest::newRow("plain") << QByteArray::fromStdString(plain) << QStringLiteral("42");
-    QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF") + QByteArray::fromStdString(plain)
-                                     << QStringLiteral("42");
+    QTest::newRow("byte-order mark")
+        << QByteArray("\xEF\xBB\xBF") + QByteArray::fromStdString(plain) << QStringLiteral("42");
     QTest::newRow("stray line before the XML")
         << QByteArray("Vendor Inc.-Model - GEV Camera-123 (10.0.0.1)\n")
-               + QByteArray::fromStdString(plain)
+            + QByteArray::fromStdString(plain)
         << QStringLiteral("42");
     QTest::newRow("byte-order mark and stray line")
         << QByteArray("\xEF\xBB\xBFsome tool wrote this\r\n") + QByteArray::fromStdString(plain)
@@ -54,32 +52,26 @@ void tst_GenApiLoader::acceptedInputs_data()
     QTest::newRow("schema 1.0 namespace")
         << QByteArray::fromStdString(plain).replace("Version_1_1", "Version_1_0")
         << QStringLiteral("42");
-    QTest::newRow("CDATA formula")
-        << QByteArray::fromStdString(description(
-               "<IntSwissKnife Name=\"Value\"><Formula><![CDATA[(1 < 2) && (3 > 2) ? 42 : 0]]>"
-               "</Formula></IntSwissKnife>"))
-        << QStringLiteral("42");
-    QTest::newRow("comment inside a formula")
-        << QByteArray::fromStdString(description(
-               "<IntSwissKnife Name=\"Value\"><Formula>((<!-- 1 + -->41 + 1))</Formula>"
-               "</IntSwissKnife>"))
-        << QStringLiteral("42");
-    QTest::newRow("loose hexadecimal length and access mode R")
-        << QByteArray::fromStdString(description(
-               "<Integer Name=\"Value\"><pValue>Reg</pValue></Integer>"
-               "<IntReg Name=\"Reg\"><Address>0x10</Address><Length>0x04</Length>"
-               "<AccessMode>R</AccessMode><pPort>Device</pPort></IntReg>"))
-        << QStringLiteral("0");
-    QTest::newRow("nested groups")
-        << QByteArray::fromStdString(description(
-               "<Group Comment=\"a\"><Group Comment=\"b\">"
-               "<Integer Name=\"Value\"><Value>7</Value></Integer></Group></Group>"))
-        << QStringLiteral("7");
-    QTest::newRow("white space around names and values")
-        << QByteArray::fromStdString(description(
-               "<Integer Name=\"Value\"><pValue>\n  Inner \n</pValue></Integer>"
-               "<Integer Name=\"Inner\"><Value>  -5\t</Value></Integer>"))
-        << QStringLiteral("-5");
+    QTest::newRow("CDATA formula") << QByteArray::fromStdString(
+        description("<IntSwissKnife Name=\"Value\"><Formula><![CDATA[(1 < 2) && (3 > 2) ? 42 : 0]]>"
+                    "</Formula></IntSwissKnife>"))
+                                   << QStringLiteral("42");
+    QTest::newRow("comment inside a formula") << QByteArray::fromStdString(
+        description("<IntSwissKnife Name=\"Value\"><Formula>((<!-- 1 + -->41 + 1))</Formula>"
+                    "</IntSwissKnife>")) << QStringLiteral("42");
+    QTest::newRow("loose hexadecimal length and access mode R") << QByteArray::fromStdString(
+        description("<Integer Name=\"Value\"><pValue>Reg</pValue></Integer>"
+                    "<IntReg Name=\"Reg\"><Address>0x10</Address><Length>0x04</Length>"
+                    "<AccessMode>R</AccessMode><pPort>Device</pPort></IntReg>"))
+                                                                << QStringLiteral("0");
+    QTest::newRow("nested groups") << QByteArray::fromStdString(
+        description("<Group Comment=\"a\"><Group Comment=\"b\">"
+                    "<Integer Name=\"Value\"><Value>7</Value></Integer></Group></Group>"))
+                                   << QStringLiteral("7");
+    QTest::newRow("white space around names and values") << QByteArray::fromStdString(
+        description("<Integer Name=\"Value\"><pValue>\n  Inner \n</pValue></Integer>"
+                    "<Integer Name=\"Inner\"><Value>  -5\t</Value></Integer>"))
+                                                         << QStringLiteral("-5");
 }
 
 void tst_GenApiLoader::acceptedInputs()
@@ -109,11 +101,12 @@ void tst_GenApiLoader::loadErrors_data()
                            << QStringLiteral("malformed XML");
     QTest::newRow("not XML") << QByteArray("hello") << QStringLiteral("RuntimeException")
                              << QStringLiteral("malformed XML");
-    QTest::newRow("truncated")
-        << QByteArray("<RegisterDescription>\n<Integer Name=\"A\">\n<Value>1</Val")
-        << QStringLiteral("RuntimeException") << QStringLiteral("line 3");
+    QTest::newRow("truncated") << QByteArray(
+        "<RegisterDescription>\n<Integer Name=\"A\">\n<Value>1</Val")
+                               << QStringLiteral("RuntimeException") << QStringLiteral("line 3");
     QTest::newRow("mismatched tags")
-        << QByteArray("<RegisterDescription>\n\n<Integer Name=\"A\"></Float>\n</RegisterDescription>")
+        << QByteArray(
+               "<RegisterDescription>\n\n<Integer Name=\"A\"></Float>\n</RegisterDescription>")
         << QStringLiteral("RuntimeException") << QStringLiteral("line 3");
     QTest::newRow("wrong root element")
         << QByteArray("<Description><Integer Name=\"A\"/></Description>")
@@ -126,22 +119,22 @@ void tst_GenApiLoader::loadErrors_data()
                                                  "<Integer Name=\"A\"><Value>2</Value></Integer>"))
         << QStringLiteral("PropertyException")
         << QStringLiteral("line 4: node 'A' is defined twice (first at line 3)");
-    QTest::newRow("malformed integer")
-        << QByteArray::fromStdString(description(
-               "<Integer Name=\"A\"><Value>1</Value><Min>ten</Min></Integer>"))
-        << QStringLiteral("PropertyException") << QStringLiteral("node 'A': <Min> 'ten' is not an integer");
+    QTest::newRow("malformed integer") << QByteArray::fromStdString(
+        description("<Integer Name=\"A\"><Value>1</Value><Min>ten</Min></Integer>"))
+                                       << QStringLiteral("PropertyException")
+                                       << QStringLiteral("node 'A': <Min> 'ten' is not an integer");
     QTest::newRow("malformed visibility")
         << QByteArray::fromStdString(description(
                "<Integer Name=\"A\"><Visibility>Wizard</Visibility><Value>1</Value></Integer>"))
         << QStringLiteral("PropertyException") << QStringLiteral("'Wizard' is not a visibility");
     QTest::newRow("malformed access mode")
-        << QByteArray::fromStdString(description(
-               "<IntReg Name=\"A\"><Address>0</Address><Length>4</Length>"
-               "<AccessMode>XY</AccessMode><pPort>Device</pPort></IntReg>"))
+        << QByteArray::fromStdString(
+               description("<IntReg Name=\"A\"><Address>0</Address><Length>4</Length>"
+                           "<AccessMode>XY</AccessMode><pPort>Device</pPort></IntReg>"))
         << QStringLiteral("PropertyException") << QStringLiteral("'XY' is not an access mode");
     QTest::newRow("reference to a missing node")
-        << QByteArray::fromStdString(description(
-               "\n<Integer Name=\"A\">\n<pValue>Nowhere</pValue></Integer>"))
+        << QByteArray::fromStdString(
+               description("\n<Integer Name=\"A\">\n<pValue>Nowhere</pValue></Integer>"))
         << QStringLiteral("PropertyException")
         << QStringLiteral("line 5: node 'A' refers to node 'Nowhere', which is not defined");
     QTest::newRow("formula that does not parse")
@@ -150,8 +143,8 @@ void tst_GenApiLoader::loadErrors_data()
         << QStringLiteral("PropertyException")
         << QStringLiteral("line 4: node 'K': formula '1 + * 2': unexpected '*'");
     QTest::newRow("formula with an unknown variable")
-        << QByteArray::fromStdString(description(
-               "<IntSwissKnife Name=\"K\"><Formula>X + 1</Formula></IntSwissKnife>"))
+        << QByteArray::fromStdString(
+               description("<IntSwissKnife Name=\"K\"><Formula>X + 1</Formula></IntSwissKnife>"))
         << QStringLiteral("PropertyException") << QStringLiteral("unknown variable 'X'");
     QTest::newRow("swiss knife without formula")
         << QByteArray::fromStdString(description("<SwissKnife Name=\"K\"/>"))
@@ -162,14 +155,14 @@ void tst_GenApiLoader::loadErrors_data()
                "<Converter Name=\"C\"><FormulaFrom>TO</FormulaFrom><pValue>R</pValue></Converter>"))
         << QStringLiteral("PropertyException")
         << QStringLiteral("node 'C' needs both FormulaTo and FormulaFrom");
-    QTest::newRow("pPort that is not a port")
-        << QByteArray::fromStdString(description(
-               "<Integer Name=\"P\"><Value>1</Value></Integer>"
-               "<IntReg Name=\"A\"><Address>0</Address><Length>4</Length><pPort>P</pPort></IntReg>"))
-        << QStringLiteral("PropertyException") << QStringLiteral("pPort 'P' is not a Port");
+    QTest::newRow("pPort that is not a port") << QByteArray::fromStdString(description(
+        "<Integer Name=\"P\"><Value>1</Value></Integer>"
+        "<IntReg Name=\"A\"><Address>0</Address><Length>4</Length><pPort>P</pPort></IntReg>"))
+                                              << QStringLiteral("PropertyException")
+                                              << QStringLiteral("pPort 'P' is not a Port");
     QTest::newRow("zero increment")
-        << QByteArray::fromStdString(description(
-               "<Integer Name=\"A\"><Value>1</Value><Inc>0</Inc></Integer>"))
+        << QByteArray::fromStdString(
+               description("<Integer Name=\"A\"><Value>1</Value><Inc>0</Inc></Integer>"))
         << QStringLiteral("PropertyException") << QStringLiteral("increment 0 must be positive");
 }
 
@@ -191,7 +184,8 @@ void tst_GenApiLoader::loadErrors()
 void tst_GenApiLoader::lineNumbersCountSkippedLines()
 {
     // The stray line is line 1 of the file, so the bad property is on line 5.
-    const std::string xml = "stray tool output\n" + description("<Integer Name=\"A\">\n<Min>x</Min></Integer>");
+    const std::string xml
+        = "stray tool output\n" + description("<Integer Name=\"A\">\n<Min>x</Min></Integer>");
     CNodeMapRef map;
     VERIFY_THROWS(map._LoadXMLFromString(xml.c_str()), "PropertyException", "line 5:");
 }
@@ -199,11 +193,11 @@ void tst_GenApiLoader::lineNumbersCountSkippedLines()
 void tst_GenApiLoader::unknownElementsAreSkipped()
 {
     CNodeMapRef map;
-    map._LoadXMLFromString(description(
-                               "<FancyFutureNode Name=\"F\"><Whatever/></FancyFutureNode>"
-                               "<Integer Name=\"A\"><Value>3</Value><NewProperty>1</NewProperty>"
-                               "<Extension><Vendor>x</Vendor></Extension></Integer>")
-                               .c_str());
+    map._LoadXMLFromString(
+        description("<FancyFutureNode Name=\"F\"><Whatever/></FancyFutureNode>"
+                    "<Integer Name=\"A\"><Value>3</Value><NewProperty>1</NewProperty>"
+                    "<Extension><Vendor>x</Vendor></Extension></Integer>")
+            .c_str());
     QVERIFY(map._GetNode("F") == nullptr);
     CIntegerPtr a(map._GetNode("A"));
     QCOMPARE(a->GetValue(), int64_t(3));
@@ -286,7 +280,8 @@ void tst_GenApiLoader::copiesShareTheNodeMap()
     CIntegerPtr value;
     {
         CNodeMapRef first;
-        first._LoadXMLFromString(description("<Integer Name=\"A\"><Value>1</Value></Integer>").c_str());
+        first._LoadXMLFromString(
+            description("<Integer Name=\"A\"><Value>1</Value></Integer>").c_str());
         CNodeMapRef second(first);
         QCOMPARE(second._Ptr, first._Ptr);
         first._Destroy();
@@ -300,10 +295,11 @@ void tst_GenApiLoader::copiesShareTheNodeMap()
 void tst_GenApiLoader::nodeMapIdentity()
 {
     CNodeMapRef map("Cam0");
-    map._LoadXMLFromString(description("<Integer Name=\"A\"><Value>1</Value></Integer>"
-                                       "<Enumeration Name=\"E\"><EnumEntry Name=\"X\"><Value>1</Value>"
-                                       "</EnumEntry><Value>1</Value></Enumeration>")
-                               .c_str());
+    map._LoadXMLFromString(
+        description("<Integer Name=\"A\"><Value>1</Value></Integer>"
+                    "<Enumeration Name=\"E\"><EnumEntry Name=\"X\"><Value>1</Value>"
+                    "</EnumEntry><Value>1</Value></Enumeration>")
+            .c_str());
     QCOMPARE(QString::fromUtf8(map._GetDeviceName().c_str()), QStringLiteral("Cam0"));
     QCOMPARE(QString::fromUtf8(map._GetVendorName().c_str()), QStringLiteral("TestVendor"));
     QCOMPARE(QString::fromUtf8(map._GetModelName().c_str()), QStringLiteral("TestModel"));

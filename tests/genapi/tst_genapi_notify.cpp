@@ -20,8 +20,7 @@ struct Recorder {
 };
 
 // A port that fails on demand: the one fault the memory port cannot make.
-class FaultyPort : public CMemoryPort
-{
+class FaultyPort : public CMemoryPort {
 public:
     enum Fault { NoFault, Generic, Timeout, Std };
     Fault fault = NoFault;
@@ -53,17 +52,16 @@ private:
 };
 
 const std::string widthDevice = intReg("WidthReg", 0) + intReg("OffsetReg", 4)
-                                + "<Integer Name=\"Width\"><pValue>WidthReg</pValue><pMax>WidthMax</pMax></Integer>"
-                                  "<IntSwissKnife Name=\"WidthMax\"><pVariable Name=\"O\">OffsetReg</pVariable>"
-                                  "<Formula>1000 - O</Formula></IntSwissKnife>"
-                                  "<IntSwissKnife Name=\"Area\"><pVariable Name=\"W\">Width</pVariable>"
-                                  "<Formula>W * 2</Formula></IntSwissKnife>"
-                                  "<Integer Name=\"Unrelated\"><Value>1</Value></Integer>";
+    + "<Integer Name=\"Width\"><pValue>WidthReg</pValue><pMax>WidthMax</pMax></Integer>"
+      "<IntSwissKnife Name=\"WidthMax\"><pVariable Name=\"O\">OffsetReg</pVariable>"
+      "<Formula>1000 - O</Formula></IntSwissKnife>"
+      "<IntSwissKnife Name=\"Area\"><pVariable Name=\"W\">Width</pVariable>"
+      "<Formula>W * 2</Formula></IntSwissKnife>"
+      "<Integer Name=\"Unrelated\"><Value>1</Value></Integer>";
 
 } // namespace
 
-class tst_GenApiNotify : public QObject
-{
+class tst_GenApiNotify : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -113,13 +111,17 @@ void tst_GenApiNotify::writeCallsBackDependentsOnce()
 
     // A failed write calls nobody.
     rec.calls.clear();
-    QVERIFY(!GenApiTest::thrown([&] { CIntegerPtr(device.node("Width"))->SetValue(5000); }).isEmpty());
+    QVERIFY(
+        !GenApiTest::thrown([&] { CIntegerPtr(device.node("Width"))->SetValue(5000); }).isEmpty());
     QVERIFY(rec.calls.isEmpty());
 }
 
 namespace {
 std::atomic<int> functionCalls { 0 };
-void countCall(INode *) { ++functionCalls; }
+void countCall(INode *)
+{
+    ++functionCalls;
+}
 } // namespace
 
 void tst_GenApiNotify::functionCallbacksAndLinkQueries()
@@ -157,16 +159,21 @@ void tst_GenApiNotify::insideAndOutsideLock()
     CLock &lock = device.map._Ptr->GetLock();
     // Whether another thread can take the lock tells where a callback runs.
     auto lockedElsewhere = [&lock] {
-        return std::async(std::launch::async, [&lock] {
-                   if (!lock.TryLock())
-                       return true;
-                   lock.Unlock();
-                   return false;
-               }).get();
+        return std::async(std::launch::async,
+                          [&lock] {
+                              if (!lock.TryLock())
+                                  return true;
+                              lock.Unlock();
+                              return false;
+                          })
+            .get();
     };
     int insideLocked = -1, outsideLocked = -1;
-    Register(device.node("Width"), [&](INode *) { insideLocked = lockedElsewhere(); }, cbPostInsideLock);
-    Register(device.node("Width"), [&](INode *) { outsideLocked = lockedElsewhere(); }, cbPostOutsideLock);
+    Register(
+        device.node("Width"), [&](INode *) { insideLocked = lockedElsewhere(); }, cbPostInsideLock);
+    Register(
+        device.node("Width"), [&](INode *) { outsideLocked = lockedElsewhere(); },
+        cbPostOutsideLock);
     CIntegerPtr(device.node("Width"))->SetValue(8);
     QCOMPARE(insideLocked, 1);
     QCOMPARE(outsideLocked, 0);
@@ -252,7 +259,8 @@ void tst_GenApiNotify::cachingModes()
 
 void tst_GenApiNotify::invalidatorDropsCache()
 {
-    Device device(intReg("Trigger", 0) + intReg("Status", 4, 4, "<pInvalidator>Trigger</pInvalidator>"));
+    Device device(intReg("Trigger", 0)
+                  + intReg("Status", 4, 4, "<pInvalidator>Trigger</pInvalidator>"));
     Recorder rec;
     Register(device.node("Status"), rec, &Recorder::onChange);
     CIntegerPtr status(device.node("Status"));
@@ -266,11 +274,12 @@ void tst_GenApiNotify::invalidatorDropsCache()
 
 void tst_GenApiNotify::registersAtOneAddressStayInStep()
 {
-    Device device("<MaskedIntReg Name=\"A\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>"
-                  "<pPort>Device</pPort><LSB>0</LSB><MSB>7</MSB></MaskedIntReg>"
-                  "<MaskedIntReg Name=\"B\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>"
-                  "<pPort>Device</pPort><LSB>8</LSB><MSB>15</MSB></MaskedIntReg>"
-                  "<Integer Name=\"Bview\"><pValue>B</pValue></Integer>");
+    Device device(
+        "<MaskedIntReg Name=\"A\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>"
+        "<pPort>Device</pPort><LSB>0</LSB><MSB>7</MSB></MaskedIntReg>"
+        "<MaskedIntReg Name=\"B\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>"
+        "<pPort>Device</pPort><LSB>8</LSB><MSB>15</MSB></MaskedIntReg>"
+        "<Integer Name=\"Bview\"><pValue>B</pValue></Integer>");
     Recorder rec;
     Register(device.node("Bview"), rec, &Recorder::onChange);
     CIntegerPtr a(device.node("A"));
@@ -326,9 +335,8 @@ void tst_GenApiNotify::pollingReportsChangesOnly()
 void tst_GenApiNotify::pollingReportsFailureOnce()
 {
     CNodeMapRef map;
-    map._LoadXMLFromString(GenApiTest::description(
-                               intReg("Temp", 0, 4, "<PollingTime>10</PollingTime>"))
-                               .c_str());
+    map._LoadXMLFromString(
+        GenApiTest::description(intReg("Temp", 0, 4, "<PollingTime>10</PollingTime>")).c_str());
     FaultyPort port;
     map._Connect(&port);
     Recorder rec;
@@ -351,9 +359,12 @@ void tst_GenApiNotify::portFailures_data()
     QTest::addColumn<int>("fault");
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("fragment");
-    QTest::newRow("GenICam exception") << int(FaultyPort::Generic) << "AccessException" << "the camera is gone";
-    QTest::newRow("time-out keeps its type") << int(FaultyPort::Timeout) << "TimeoutException" << "no answer in 200 ms";
-    QTest::newRow("standard exception") << int(FaultyPort::Std) << "AccessException" << "socket closed";
+    QTest::newRow("GenICam exception") << int(FaultyPort::Generic) << "AccessException"
+                                       << "the camera is gone";
+    QTest::newRow("time-out keeps its type") << int(FaultyPort::Timeout) << "TimeoutException"
+                                             << "no answer in 200 ms";
+    QTest::newRow("standard exception") << int(FaultyPort::Std) << "AccessException"
+                                        << "socket closed";
 }
 
 void tst_GenApiNotify::portFailures()
@@ -362,9 +373,10 @@ void tst_GenApiNotify::portFailures()
     QFETCH(QString, type);
     QFETCH(QString, fragment);
     CNodeMapRef map;
-    map._LoadXMLFromString(GenApiTest::description(
-                               intReg("Reg", 0x40) + "<Integer Name=\"Gain\"><pValue>Reg</pValue></Integer>")
-                               .c_str());
+    map._LoadXMLFromString(
+        GenApiTest::description(intReg("Reg", 0x40)
+                                + "<Integer Name=\"Gain\"><pValue>Reg</pValue></Integer>")
+            .c_str());
     FaultyPort port;
     map._Connect(&port);
     port.fault = static_cast<FaultyPort::Fault>(fault);
@@ -390,9 +402,10 @@ void tst_GenApiNotify::cycleOfReferences_data()
     QTest::newRow("two integers") << "<Integer Name=\"A\"><pValue>B</pValue></Integer>"
                                      "<Integer Name=\"B\"><pValue>A</pValue></Integer>"
                                   << "A";
-    QTest::newRow("formula reads itself") << "<IntSwissKnife Name=\"A\"><pVariable Name=\"X\">A</pVariable>"
-                                             "<Formula>X + 1</Formula></IntSwissKnife>"
-                                          << "A";
+    QTest::newRow("formula reads itself")
+        << "<IntSwissKnife Name=\"A\"><pVariable Name=\"X\">A</pVariable>"
+           "<Formula>X + 1</Formula></IntSwissKnife>"
+        << "A";
     QTest::newRow("access through availability")
         << "<Integer Name=\"A\"><pValue>B</pValue></Integer>"
            "<Integer Name=\"B\"><Value>1</Value><pIsAvailable>C</pIsAvailable></Integer>"
@@ -404,7 +417,8 @@ void tst_GenApiNotify::cycleOfReferences_data()
            "<Integer Name=\"R\"><Value>1</Value></Integer>"
         << "A";
     QTest::newRow("expression refers to itself")
-        << "<IntSwissKnife Name=\"A\"><Expression Name=\"E\">E + 1</Expression><Formula>E</Formula></IntSwissKnife>"
+        << "<IntSwissKnife Name=\"A\"><Expression Name=\"E\">E + "
+           "1</Expression><Formula>E</Formula></IntSwissKnife>"
         << "A";
 }
 
@@ -421,7 +435,8 @@ void tst_GenApiNotify::cycleOfReferences()
             CIntegerPtr(value)->GetMax();
     });
     QVERIFY2(what.startsWith(QStringLiteral("RuntimeException:")), qPrintable(what));
-    QVERIFY2(what.contains(QStringLiteral("cycle")) || what.contains(QStringLiteral("refers to itself")),
+    QVERIFY2(what.contains(QStringLiteral("cycle"))
+                 || what.contains(QStringLiteral("refers to itself")),
              qPrintable(what));
     // The node map still works afterwards.
     QVERIFY(device.map._GetNode("A") != nullptr);
@@ -435,7 +450,7 @@ void tst_GenApiNotify::longChainWorks()
     const int length = 30;
     for (int i = 0; i < length; ++i)
         body += "<Integer Name=\"N" + std::to_string(i) + "\"><pValue>N" + std::to_string(i + 1)
-                + "</pValue></Integer>";
+            + "</pValue></Integer>";
     body += "<Integer Name=\"N" + std::to_string(length) + "\"><Value>7</Value></Integer>";
     Device device(body);
     CIntegerPtr first(device.node("N0"));
@@ -448,7 +463,8 @@ void tst_GenApiNotify::concurrentAccess()
 {
     Device device(widthDevice + intReg("Temp", 0x20, 4, "<PollingTime>1</PollingTime>"));
     std::atomic<int> callbacks { 0 };
-    Register(device.node("Area"), [&](INode *) { ++callbacks; }, cbPostOutsideLock);
+    Register(
+        device.node("Area"), [&](INode *) { ++callbacks; }, cbPostOutsideLock);
     std::atomic<bool> failed { false };
     std::vector<std::thread> threads;
     for (int t = 0; t < 3; ++t) {

@@ -7,8 +7,7 @@ using GenApiTest::intReg;
 
 Q_DECLARE_METATYPE(GenApi::EAccessMode)
 
-class tst_GenApiValues : public QObject
-{
+class tst_GenApiValues : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -57,13 +56,23 @@ void tst_GenApiValues::integerRegisters_data()
     QTest::addColumn<QString>("sign");
     QTest::addColumn<QByteArray>("memory");
     QTest::addColumn<qint64>("expected");
-    QTest::newRow("4 LE unsigned") << 4 << "LittleEndian" << "Unsigned" << QByteArray("\x01\x02\x03\x04", 4) << qint64(0x04030201);
-    QTest::newRow("4 BE unsigned") << 4 << "BigEndian" << "Unsigned" << QByteArray("\x01\x02\x03\x04", 4) << qint64(0x01020304);
-    QTest::newRow("2 BE signed negative") << 2 << "BigEndian" << "Signed" << QByteArray("\xFF\xFE", 2) << qint64(-2);
-    QTest::newRow("2 LE signed positive") << 2 << "LittleEndian" << "Signed" << QByteArray("\xFF\x7F", 2) << qint64(32767);
-    QTest::newRow("1 unsigned") << 1 << "LittleEndian" << "Unsigned" << QByteArray("\xFF", 1) << qint64(255);
-    QTest::newRow("8 LE signed -1") << 8 << "LittleEndian" << "Signed" << QByteArray(8, '\xFF') << qint64(-1);
-    QTest::newRow("3 BE unsigned") << 3 << "BigEndian" << "Unsigned" << QByteArray("\xAB\xCD\xEF", 3) << qint64(0xABCDEF);
+    QTest::newRow("4 LE unsigned")
+        << 4 << "LittleEndian"
+        << "Unsigned" << QByteArray("\x01\x02\x03\x04", 4) << qint64(0x04030201);
+    QTest::newRow("4 BE unsigned")
+        << 4 << "BigEndian"
+        << "Unsigned" << QByteArray("\x01\x02\x03\x04", 4) << qint64(0x01020304);
+    QTest::newRow("2 BE signed negative") << 2 << "BigEndian"
+                                          << "Signed" << QByteArray("\xFF\xFE", 2) << qint64(-2);
+    QTest::newRow("2 LE signed positive") << 2 << "LittleEndian"
+                                          << "Signed" << QByteArray("\xFF\x7F", 2) << qint64(32767);
+    QTest::newRow("1 unsigned") << 1 << "LittleEndian"
+                                << "Unsigned" << QByteArray("\xFF", 1) << qint64(255);
+    QTest::newRow("8 LE signed -1") << 8 << "LittleEndian"
+                                    << "Signed" << QByteArray(8, '\xFF') << qint64(-1);
+    QTest::newRow("3 BE unsigned")
+        << 3 << "BigEndian"
+        << "Unsigned" << QByteArray("\xAB\xCD\xEF", 3) << qint64(0xABCDEF);
 }
 
 void tst_GenApiValues::integerRegisters()
@@ -95,12 +104,24 @@ void tst_GenApiValues::maskedRegisters_data()
     QTest::addColumn<QString>("sign");
     QTest::addColumn<quint32>("word"); // the register as a number
     QTest::addColumn<qint64>("expected");
-    QTest::newRow("BE low byte") << "BigEndian" << "<LSB>31</LSB><MSB>24</MSB>" << "Unsigned" << quint32(0x123456AB) << qint64(0xAB);
-    QTest::newRow("BE top bit") << "BigEndian" << "<Bit>0</Bit>" << "Unsigned" << quint32(0x80000000) << qint64(1);
-    QTest::newRow("BE bit 31 is the LSB") << "BigEndian" << "<Bit>31</Bit>" << "Unsigned" << quint32(0x00000001) << qint64(1);
-    QTest::newRow("LE nibble") << "LittleEndian" << "<LSB>4</LSB><MSB>7</MSB>" << "Unsigned" << quint32(0x000000A5) << qint64(0xA);
-    QTest::newRow("LE signed field") << "LittleEndian" << "<LSB>8</LSB><MSB>15</MSB>" << "Signed" << quint32(0x0000FE00) << qint64(-2);
-    QTest::newRow("LE swapped LSB/MSB") << "LittleEndian" << "<LSB>7</LSB><MSB>4</MSB>" << "Unsigned" << quint32(0x000000A5) << qint64(0xA);
+    QTest::newRow("BE low byte") << "BigEndian"
+                                 << "<LSB>31</LSB><MSB>24</MSB>"
+                                 << "Unsigned" << quint32(0x123456AB) << qint64(0xAB);
+    QTest::newRow("BE top bit") << "BigEndian"
+                                << "<Bit>0</Bit>"
+                                << "Unsigned" << quint32(0x80000000) << qint64(1);
+    QTest::newRow("BE bit 31 is the LSB") << "BigEndian"
+                                          << "<Bit>31</Bit>"
+                                          << "Unsigned" << quint32(0x00000001) << qint64(1);
+    QTest::newRow("LE nibble") << "LittleEndian"
+                               << "<LSB>4</LSB><MSB>7</MSB>"
+                               << "Unsigned" << quint32(0x000000A5) << qint64(0xA);
+    QTest::newRow("LE signed field") << "LittleEndian"
+                                     << "<LSB>8</LSB><MSB>15</MSB>"
+                                     << "Signed" << quint32(0x0000FE00) << qint64(-2);
+    QTest::newRow("LE swapped LSB/MSB") << "LittleEndian"
+                                        << "<LSB>7</LSB><MSB>4</MSB>"
+                                        << "Unsigned" << quint32(0x000000A5) << qint64(0xA);
 }
 
 void tst_GenApiValues::maskedRegisters()
@@ -126,14 +147,17 @@ void tst_GenApiValues::maskedRegisters()
     m->SetValue(expected);
     uint8_t after[4];
     device.port.Read(after, 0x20, 4);
-    QCOMPARE(QByteArray(reinterpret_cast<char *>(after), 4), QByteArray(reinterpret_cast<char *>(bytes), 4));
+    QCOMPARE(QByteArray(reinterpret_cast<char *>(after), 4),
+             QByteArray(reinterpret_cast<char *>(bytes), 4));
 }
 
 void tst_GenApiValues::maskedWriteKeepsOtherBits()
 {
-    Device device("<MaskedIntReg Name=\"Low\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>"
+    Device device("<MaskedIntReg "
+                  "Name=\"Low\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>"
                   "<pPort>Device</pPort><LSB>0</LSB><MSB>7</MSB></MaskedIntReg>"
-                  "<MaskedIntReg Name=\"High\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>"
+                  "<MaskedIntReg "
+                  "Name=\"High\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>"
                   "<pPort>Device</pPort><LSB>24</LSB><MSB>31</MSB></MaskedIntReg>");
     device.setWord(0, 0x11223344);
     CIntegerPtr low(device.node("Low"));
@@ -143,7 +167,8 @@ void tst_GenApiValues::maskedWriteKeepsOtherBits()
     high->SetValue(0x55);
     QCOMPARE(device.word(0), uint32_t(0x552233AA));
     QCOMPARE(high->GetMax(), int64_t(255));
-    VERIFY_THROWS(high->SetValue(256), "OutOfRangeException", "Node 'High': value 256 is out of range [0, 255]");
+    VERIFY_THROWS(high->SetValue(256), "OutOfRangeException",
+                  "Node 'High': value 256 is out of range [0, 255]");
     VERIFY_THROWS(high->SetValue(256, false), "OutOfRangeException", "does not fit the register");
     QCOMPARE(device.word(0), uint32_t(0x552233AA));
 }
@@ -157,8 +182,10 @@ void tst_GenApiValues::registerRangeFromLength_data()
     QTest::newRow("1 unsigned") << 1 << "Unsigned" << qint64(0) << qint64(255);
     QTest::newRow("1 signed") << 1 << "Signed" << qint64(-128) << qint64(127);
     QTest::newRow("4 unsigned") << 4 << "Unsigned" << qint64(0) << qint64(0xFFFFFFFF);
-    QTest::newRow("8 unsigned") << 8 << "Unsigned" << qint64(0) << std::numeric_limits<qint64>::max();
-    QTest::newRow("8 signed") << 8 << "Signed" << std::numeric_limits<qint64>::min() << std::numeric_limits<qint64>::max();
+    QTest::newRow("8 unsigned") << 8 << "Unsigned" << qint64(0)
+                                << std::numeric_limits<qint64>::max();
+    QTest::newRow("8 signed") << 8 << "Signed" << std::numeric_limits<qint64>::min()
+                              << std::numeric_limits<qint64>::max();
 }
 
 void tst_GenApiValues::registerRangeFromLength()
@@ -169,8 +196,9 @@ void tst_GenApiValues::registerRangeFromLength()
     QFETCH(qint64, max);
     Device device("<IntReg Name=\"R\"><Address>0</Address><Length>" + std::to_string(length)
                   + "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort><Sign>"
-                  + sign.toStdString() + "</Sign></IntReg>"
-                  "<Integer Name=\"I\"><pValue>R</pValue></Integer>");
+                  + sign.toStdString()
+                  + "</Sign></IntReg>"
+                    "<Integer Name=\"I\"><pValue>R</pValue></Integer>");
     CIntegerPtr r(device.node("R"));
     QCOMPARE(r->GetMin(), int64_t(min));
     QCOMPARE(r->GetMax(), int64_t(max));
@@ -189,16 +217,24 @@ void tst_GenApiValues::integerVerify_data()
     QTest::newRow("minimum") << fixed << qint64(10) << QString();
     QTest::newRow("on the grid") << fixed << qint64(95) << QString();
     QTest::newRow("maximum off the grid") << fixed << qint64(100) << QString();
-    QTest::newRow("off the grid") << fixed << qint64(12) << QStringLiteral("Node 'I': value 12 is not the minimum 10 plus a multiple of the increment 5");
-    QTest::newRow("below") << fixed << qint64(5) << QStringLiteral("Node 'I': value 5 is out of range [10, 100]");
-    QTest::newRow("above") << fixed << qint64(105) << QStringLiteral("value 105 is out of range [10, 100]");
+    QTest::newRow("off the grid")
+        << fixed << qint64(12)
+        << QStringLiteral(
+               "Node 'I': value 12 is not the minimum 10 plus a multiple of the increment 5");
+    QTest::newRow("below") << fixed << qint64(5)
+                           << QStringLiteral("Node 'I': value 5 is out of range [10, 100]");
+    QTest::newRow("above") << fixed << qint64(105)
+                           << QStringLiteral("value 105 is out of range [10, 100]");
     const QString list = QStringLiteral("<ValidValueSet>1;2;4;8</ValidValueSet>");
     QTest::newRow("in the list") << list << qint64(4) << QString();
-    QTest::newRow("not in the list") << list << qint64(3) << QStringLiteral("value 3 is not one of the valid values");
+    QTest::newRow("not in the list")
+        << list << qint64(3) << QStringLiteral("value 3 is not one of the valid values");
     const QString pointed = QStringLiteral("<pMin>Lo</pMin><pMax>Hi</pMax><pInc>Step</pInc>");
     QTest::newRow("limits from nodes") << pointed << qint64(-4) << QString();
-    QTest::newRow("limits from nodes, off the grid") << pointed << qint64(-3) << QStringLiteral("increment 2");
-    QTest::newRow("limits from nodes, above") << pointed << qint64(8) << QStringLiteral("out of range [-6, 6]");
+    QTest::newRow("limits from nodes, off the grid")
+        << pointed << qint64(-3) << QStringLiteral("increment 2");
+    QTest::newRow("limits from nodes, above")
+        << pointed << qint64(8) << QStringLiteral("out of range [-6, 6]");
 }
 
 void tst_GenApiValues::integerVerify()
@@ -206,10 +242,11 @@ void tst_GenApiValues::integerVerify()
     QFETCH(QString, limits);
     QFETCH(qint64, value);
     QFETCH(QString, error);
-    Device device("<Integer Name=\"I\"><Value>10</Value>" + limits.toStdString() + "</Integer>"
-                  "<Integer Name=\"Lo\"><Value>-6</Value></Integer>"
-                  "<Integer Name=\"Hi\"><Value>6</Value></Integer>"
-                  "<Integer Name=\"Step\"><Value>2</Value></Integer>");
+    Device device("<Integer Name=\"I\"><Value>10</Value>" + limits.toStdString()
+                  + "</Integer>"
+                    "<Integer Name=\"Lo\"><Value>-6</Value></Integer>"
+                    "<Integer Name=\"Hi\"><Value>6</Value></Integer>"
+                    "<Integer Name=\"Step\"><Value>2</Value></Integer>");
     CIntegerPtr i(device.node("I"));
     const int64_t before = i->GetValue();
     const QString what = GenApiTest::thrown([&] { i->SetValue(value); });
@@ -250,8 +287,8 @@ void tst_GenApiValues::representations()
     QFETCH(QString, representation);
     QFETCH(qint64, value);
     QFETCH(QString, text);
-    Device device("<Integer Name=\"I\"><Value>0</Value><Representation>" + representation.toStdString()
-                  + "</Representation></Integer>");
+    Device device("<Integer Name=\"I\"><Value>0</Value><Representation>"
+                  + representation.toStdString() + "</Representation></Integer>");
     CIntegerPtr i(device.node("I"));
     i->SetValue(value);
     QCOMPARE(QString::fromUtf8(i->ToString().c_str()), text);
@@ -266,9 +303,11 @@ void tst_GenApiValues::badIntegerText()
 {
     Device device("<Integer Name=\"I\"><Value>3</Value></Integer>");
     CIntegerPtr i(device.node("I"));
-    VERIFY_THROWS(i->FromString("three"), "InvalidArgumentException", "Node 'I': 'three' is not an integer");
+    VERIFY_THROWS(i->FromString("three"), "InvalidArgumentException",
+                  "Node 'I': 'three' is not an integer");
     VERIFY_THROWS(i->FromString("1.5"), "InvalidArgumentException", "is not an integer");
-    VERIFY_THROWS(i->FromString("99999999999999999999"), "InvalidArgumentException", "is not an integer");
+    VERIFY_THROWS(i->FromString("99999999999999999999"), "InvalidArgumentException",
+                  "is not an integer");
     i->FromString(" 12.0 ");
     QCOMPARE(i->GetValue(), int64_t(12));
 }
@@ -316,11 +355,17 @@ void tst_GenApiValues::floatDisplay_data()
     QTest::addColumn<QString>("properties");
     QTest::addColumn<double>("value");
     QTest::addColumn<QString>("text");
-    QTest::newRow("fixed 2") << "<DisplayNotation>Fixed</DisplayNotation><DisplayPrecision>2</DisplayPrecision>" << 6.5 << "6.50";
-    QTest::newRow("scientific 3") << "<DisplayNotation>Scientific</DisplayNotation><DisplayPrecision>3</DisplayPrecision>" << 12345.0 << "1.234e+04";
+    QTest::newRow("fixed 2")
+        << "<DisplayNotation>Fixed</DisplayNotation><DisplayPrecision>2</DisplayPrecision>" << 6.5
+        << "6.50";
+    QTest::newRow("scientific 3")
+        << "<DisplayNotation>Scientific</DisplayNotation><DisplayPrecision>3</DisplayPrecision>"
+        << 12345.0 << "1.234e+04";
     QTest::newRow("automatic") << "" << 0.1 << "0.1";
     QTest::newRow("automatic large") << "" << 1234567.0 << "1.23457e+06";
-    QTest::newRow("fixed 0") << "<DisplayNotation>Fixed</DisplayNotation><DisplayPrecision>0</DisplayPrecision>" << 2.5 << "2";
+    QTest::newRow("fixed 0")
+        << "<DisplayNotation>Fixed</DisplayNotation><DisplayPrecision>0</DisplayPrecision>" << 2.5
+        << "2";
 }
 
 void tst_GenApiValues::floatDisplay()
@@ -345,7 +390,8 @@ void tst_GenApiValues::floatVerify()
     QCOMPARE(QString::fromUtf8(f->GetUnit().c_str()), QStringLiteral("ms"));
     f->SetValue(2.5);
     QCOMPARE(f->GetValue(), 2.5);
-    VERIFY_THROWS(f->SetValue(10.5), "OutOfRangeException", "Node 'F': value 10.5 is out of range [0.5, 10]");
+    VERIFY_THROWS(f->SetValue(10.5), "OutOfRangeException",
+                  "Node 'F': value 10.5 is out of range [0.5, 10]");
     VERIFY_THROWS(f->SetValue(0.7), "OutOfRangeException", "increment 0.5");
     VERIFY_THROWS(f->FromString("fast"), "InvalidArgumentException", "'fast' is not a number");
     f->FromString("7");
@@ -358,12 +404,13 @@ void tst_GenApiValues::floatVerify()
 void tst_GenApiValues::converters()
 {
     // Exposure in microseconds over a register counting tenths.
-    Device device(intReg("Raw", 0x10)
-                  + "<Converter Name=\"Exposure\"><FormulaTo>ROUND(FROM * 10)</FormulaTo>"
-                    "<FormulaFrom>TO / 10</FormulaFrom><pValue>Raw</pValue><Unit>us</Unit></Converter>"
-                    "<IntConverter Name=\"Halves\"><pVariable Name=\"K\">K</pVariable>"
-                    "<FormulaTo>FROM * K</FormulaTo><FormulaFrom>TO / K</FormulaFrom><pValue>Raw</pValue>"
-                    "</IntConverter><Integer Name=\"K\"><Value>2</Value></Integer>");
+    Device device(
+        intReg("Raw", 0x10)
+        + "<Converter Name=\"Exposure\"><FormulaTo>ROUND(FROM * 10)</FormulaTo>"
+          "<FormulaFrom>TO / 10</FormulaFrom><pValue>Raw</pValue><Unit>us</Unit></Converter>"
+          "<IntConverter Name=\"Halves\"><pVariable Name=\"K\">K</pVariable>"
+          "<FormulaTo>FROM * K</FormulaTo><FormulaFrom>TO / K</FormulaFrom><pValue>Raw</pValue>"
+          "</IntConverter><Integer Name=\"K\"><Value>2</Value></Integer>");
     CFloatPtr exposure(device.node("Exposure"));
     exposure->SetValue(1234.5);
     QCOMPARE(device.word(0x10), uint32_t(12345));
@@ -381,13 +428,16 @@ void tst_GenApiValues::converters()
 
 void tst_GenApiValues::converterLimitsFollowSlope()
 {
-    Device device("<Integer Name=\"Raw\"><Value>10</Value><Min>0</Min><Max>100</Max></Integer>"
-                  "<Converter Name=\"Down\"><FormulaTo>100 - FROM</FormulaTo><FormulaFrom>100 - TO</FormulaFrom>"
-                  "<pValue>Raw</pValue><Slope>Decreasing</Slope></Converter>"
-                  "<Converter Name=\"Auto\"><FormulaTo>-FROM</FormulaTo><FormulaFrom>-TO</FormulaFrom>"
-                  "<pValue>Raw</pValue></Converter>"
-                  "<Converter Name=\"Undefined\"><FormulaTo>1 / FROM</FormulaTo><FormulaFrom>1 / TO</FormulaFrom>"
-                  "<pValue>Raw</pValue></Converter>");
+    Device device(
+        "<Integer Name=\"Raw\"><Value>10</Value><Min>0</Min><Max>100</Max></Integer>"
+        "<Converter Name=\"Down\"><FormulaTo>100 - FROM</FormulaTo><FormulaFrom>100 - "
+        "TO</FormulaFrom>"
+        "<pValue>Raw</pValue><Slope>Decreasing</Slope></Converter>"
+        "<Converter Name=\"Auto\"><FormulaTo>-FROM</FormulaTo><FormulaFrom>-TO</FormulaFrom>"
+        "<pValue>Raw</pValue></Converter>"
+        "<Converter Name=\"Undefined\"><FormulaTo>1 / FROM</FormulaTo><FormulaFrom>1 / "
+        "TO</FormulaFrom>"
+        "<pValue>Raw</pValue></Converter>");
     CFloatPtr down(device.node("Down"));
     QCOMPARE(down->GetMin(), 0.0);
     QCOMPARE(down->GetMax(), 100.0);
@@ -403,9 +453,10 @@ void tst_GenApiValues::converterLimitsFollowSlope()
 
 void tst_GenApiValues::booleans()
 {
-    Device device(intReg("Reg", 0) + "<Boolean Name=\"B\"><pValue>Reg</pValue><OnValue>5</OnValue>"
-                                     "<OffValue>2</OffValue></Boolean>"
-                                     "<Boolean Name=\"Plain\"><Value>true</Value></Boolean>");
+    Device device(intReg("Reg", 0)
+                  + "<Boolean Name=\"B\"><pValue>Reg</pValue><OnValue>5</OnValue>"
+                    "<OffValue>2</OffValue></Boolean>"
+                    "<Boolean Name=\"Plain\"><Value>true</Value></Boolean>");
     device.setWord(0, 2);
     CBooleanPtr b(device.node("B"));
     QCOMPARE(b->GetValue(), false);
@@ -427,14 +478,18 @@ void tst_GenApiValues::booleanWithUnexpectedValue()
     Device device(intReg("Reg", 0) + "<Boolean Name=\"B\"><pValue>Reg</pValue></Boolean>");
     device.setWord(0, 7);
     CBooleanPtr b(device.node("B"));
-    VERIFY_THROWS(b->GetValue(), "RuntimeException", "Node 'B': value 7 is neither the OnValue 1 nor the OffValue 0");
+    VERIFY_THROWS(b->GetValue(), "RuntimeException",
+                  "Node 'B': value 7 is neither the OnValue 1 nor the OffValue 0");
 }
 
 void tst_GenApiValues::commands()
 {
-    Device device(intReg("Reg", 0x80, 4, "<Cachable>NoCache</Cachable>")
-                  + "<Command Name=\"Go\"><pValue>Reg</pValue><CommandValue>3</CommandValue></Command>"
-                    "<Command Name=\"Blocked\"><pValue>Reg</pValue><ImposedAccessMode>RO</ImposedAccessMode></Command>");
+    Device device(
+        intReg("Reg", 0x80, 4, "<Cachable>NoCache</Cachable>")
+        + "<Command Name=\"Go\"><pValue>Reg</pValue><CommandValue>3</CommandValue></Command>"
+          "<Command "
+          "Name=\"Blocked\"><pValue>Reg</pValue><ImposedAccessMode>RO</ImposedAccessMode></"
+          "Command>");
     CCommandPtr go(device.node("Go"));
     QVERIFY(go->IsDone());
     go->Execute();
@@ -448,25 +503,30 @@ void tst_GenApiValues::commands()
     VERIFY_THROWS(go->FromString("later"), "InvalidArgumentException", "does not execute");
 
     CCommandPtr blocked(device.node("Blocked"));
-    VERIFY_THROWS(blocked->Execute(), "AccessException", "Node 'Blocked' is not writable (access mode RO)");
+    VERIFY_THROWS(blocked->Execute(), "AccessException",
+                  "Node 'Blocked' is not writable (access mode RO)");
 }
 
 void tst_GenApiValues::enumerations()
 {
-    Device device(intReg("Reg", 0)
-                  + "<Enumeration Name=\"Mode\"><EnumEntry Name=\"Off\"><Value>0</Value></EnumEntry>"
-                    "<EnumEntry Name=\"On\"><Value>1</Value><DisplayName>Switched on</DisplayName></EnumEntry>"
-                    "<EnumEntry Name=\"Auto\"><Value>2</Value><pIsAvailable>AutoOk</pIsAvailable></EnumEntry>"
-                    "<EnumEntry Name=\"Gone\"><Value>3</Value><pIsImplemented>Zero</pIsImplemented></EnumEntry>"
-                    "<pValue>Reg</pValue></Enumeration>"
-                    "<Integer Name=\"AutoOk\"><Value>0</Value></Integer>"
-                    "<Integer Name=\"Zero\"><Value>0</Value></Integer>");
+    Device device(
+        intReg("Reg", 0)
+        + "<Enumeration Name=\"Mode\"><EnumEntry Name=\"Off\"><Value>0</Value></EnumEntry>"
+          "<EnumEntry Name=\"On\"><Value>1</Value><DisplayName>Switched "
+          "on</DisplayName></EnumEntry>"
+          "<EnumEntry Name=\"Auto\"><Value>2</Value><pIsAvailable>AutoOk</pIsAvailable></EnumEntry>"
+          "<EnumEntry "
+          "Name=\"Gone\"><Value>3</Value><pIsImplemented>Zero</pIsImplemented></EnumEntry>"
+          "<pValue>Reg</pValue></Enumeration>"
+          "<Integer Name=\"AutoOk\"><Value>0</Value></Integer>"
+          "<Integer Name=\"Zero\"><Value>0</Value></Integer>");
     CEnumerationPtr mode(device.node("Mode"));
     QCOMPARE(QString::fromUtf8(mode->ToString().c_str()), QStringLiteral("Off"));
     *mode = "On";
     QCOMPARE(device.word(0), uint32_t(1));
     QCOMPARE(mode->GetIntValue(), int64_t(1));
-    QCOMPARE(QString::fromUtf8(mode->GetCurrentEntry()->GetSymbolic().c_str()), QStringLiteral("On"));
+    QCOMPARE(QString::fromUtf8(mode->GetCurrentEntry()->GetSymbolic().c_str()),
+             QStringLiteral("On"));
     QCOMPARE(QString::fromUtf8(mode->GetCurrentEntry()->GetNode()->GetDisplayName().c_str()),
              QStringLiteral("Switched on"));
     mode->SetIntValue(0);
@@ -494,16 +554,18 @@ void tst_GenApiValues::enumerations()
 
 void tst_GenApiValues::enumerationErrors()
 {
-    Device device(intReg("Reg", 0)
-                  + "<Enumeration Name=\"Mode\"><EnumEntry Name=\"Off\"><Value>0</Value></EnumEntry>"
-                    "<EnumEntry Name=\"On\"><Value>1</Value></EnumEntry>"
-                    "<EnumEntry Name=\"Auto\"><Value>2</Value><pIsAvailable>Zero</pIsAvailable></EnumEntry>"
-                    "<pValue>Reg</pValue></Enumeration><Integer Name=\"Zero\"><Value>0</Value></Integer>");
+    Device device(
+        intReg("Reg", 0)
+        + "<Enumeration Name=\"Mode\"><EnumEntry Name=\"Off\"><Value>0</Value></EnumEntry>"
+          "<EnumEntry Name=\"On\"><Value>1</Value></EnumEntry>"
+          "<EnumEntry Name=\"Auto\"><Value>2</Value><pIsAvailable>Zero</pIsAvailable></EnumEntry>"
+          "<pValue>Reg</pValue></Enumeration><Integer Name=\"Zero\"><Value>0</Value></Integer>");
     CEnumerationPtr mode(device.node("Mode"));
     VERIFY_THROWS(mode->FromString("Sometimes"), "InvalidArgumentException",
                   "Node 'Mode': 'Sometimes' is not an entry (available: Off, On)");
     VERIFY_THROWS(mode->FromString("Auto"), "AccessException", "entry 'Auto' is not available");
-    VERIFY_THROWS(mode->SetIntValue(7), "OutOfRangeException", "value 7 is not the value of any entry");
+    VERIFY_THROWS(mode->SetIntValue(7), "OutOfRangeException",
+                  "value 7 is not the value of any entry");
     device.setWord(0, 5);
     VERIFY_THROWS(mode->ToString(), "RuntimeException", "the current value 5 matches no entry");
     QVERIFY(mode->GetCurrentEntry() == nullptr);
@@ -549,8 +611,10 @@ void tst_GenApiValues::rawRegisters()
     QCOMPARE(QString::fromUtf8(blob->ToString().c_str()), QStringLiteral("0xDEADBEEF"));
     blob->FromString("0x01020304");
     QCOMPARE(device.word(0x300), uint32_t(0x04030201));
-    VERIFY_THROWS(blob->Get(back, 3), "InvalidArgumentException", "buffer of the register's 4 bytes");
-    VERIFY_THROWS(blob->FromString("0x0102"), "InvalidArgumentException", "is not 4 hexadecimal bytes");
+    VERIFY_THROWS(blob->Get(back, 3), "InvalidArgumentException",
+                  "buffer of the register's 4 bytes");
+    VERIFY_THROWS(blob->FromString("0x0102"), "InvalidArgumentException",
+                  "is not 4 hexadecimal bytes");
 }
 
 void tst_GenApiValues::accessModes_data()
@@ -561,15 +625,23 @@ void tst_GenApiValues::accessModes_data()
     QTest::newRow("register RW") << reg << RW;
     QTest::newRow("read-only register") << QStringLiteral("<pValue>RoReg</pValue>") << RO;
     QTest::newRow("write-only register") << QStringLiteral("<pValue>WoReg</pValue>") << WO;
-    QTest::newRow("imposed RO") << reg + QStringLiteral("<ImposedAccessMode>RO</ImposedAccessMode>") << RO;
-    QTest::newRow("imposed WO on RO") << QStringLiteral("<pValue>RoReg</pValue><ImposedAccessMode>WO</ImposedAccessMode>") << NA;
-    QTest::newRow("not implemented") << reg + QStringLiteral("<pIsImplemented>Zero</pIsImplemented>") << NI;
-    QTest::newRow("not available") << reg + QStringLiteral("<pIsAvailable>Zero</pIsAvailable>") << NA;
+    QTest::newRow("imposed RO") << reg + QStringLiteral("<ImposedAccessMode>RO</ImposedAccessMode>")
+                                << RO;
+    QTest::newRow("imposed WO on RO")
+        << QStringLiteral("<pValue>RoReg</pValue><ImposedAccessMode>WO</ImposedAccessMode>") << NA;
+    QTest::newRow("not implemented")
+        << reg + QStringLiteral("<pIsImplemented>Zero</pIsImplemented>") << NI;
+    QTest::newRow("not available")
+        << reg + QStringLiteral("<pIsAvailable>Zero</pIsAvailable>") << NA;
     QTest::newRow("available") << reg + QStringLiteral("<pIsAvailable>One</pIsAvailable>") << RW;
     QTest::newRow("locked") << reg + QStringLiteral("<pIsLocked>One</pIsLocked>") << RO;
-    QTest::newRow("locked write-only") << QStringLiteral("<pValue>WoReg</pValue><pIsLocked>One</pIsLocked>") << NA;
-    QTest::newRow("not implemented beats locked") << reg + QStringLiteral("<pIsImplemented>Zero</pIsImplemented><pIsLocked>One</pIsLocked>") << NI;
-    QTest::newRow("unreadable availability") << reg + QStringLiteral("<pIsAvailable>WoReg</pIsAvailable>") << NA;
+    QTest::newRow("locked write-only")
+        << QStringLiteral("<pValue>WoReg</pValue><pIsLocked>One</pIsLocked>") << NA;
+    QTest::newRow("not implemented beats locked")
+        << reg + QStringLiteral("<pIsImplemented>Zero</pIsImplemented><pIsLocked>One</pIsLocked>")
+        << NI;
+    QTest::newRow("unreadable availability")
+        << reg + QStringLiteral("<pIsAvailable>WoReg</pIsAvailable>") << NA;
     QTest::newRow("memory value") << QStringLiteral("<Value>1</Value>") << RW;
 }
 
@@ -578,10 +650,16 @@ void tst_GenApiValues::accessModes()
     QFETCH(QString, feature);
     QFETCH(GenApi::EAccessMode, expected);
     Device device(intReg("Reg", 0)
-                  + "<IntReg Name=\"RoReg\"><Address>4</Address><Length>4</Length><AccessMode>RO</AccessMode><pPort>Device</pPort></IntReg>"
-                    "<IntReg Name=\"WoReg\"><Address>8</Address><Length>4</Length><AccessMode>WO</AccessMode><pPort>Device</pPort></IntReg>"
-                    "<Integer Name=\"Zero\"><Value>0</Value></Integer><Integer Name=\"One\"><Value>1</Value></Integer>"
-                    "<Integer Name=\"F\">" + feature.toStdString() + "</Integer>");
+                  + "<IntReg "
+                    "Name=\"RoReg\"><Address>4</Address><Length>4</Length><AccessMode>RO</"
+                    "AccessMode><pPort>Device</pPort></IntReg>"
+                    "<IntReg "
+                    "Name=\"WoReg\"><Address>8</Address><Length>4</Length><AccessMode>WO</"
+                    "AccessMode><pPort>Device</pPort></IntReg>"
+                    "<Integer Name=\"Zero\"><Value>0</Value></Integer><Integer "
+                    "Name=\"One\"><Value>1</Value></Integer>"
+                    "<Integer Name=\"F\">"
+                  + feature.toStdString() + "</Integer>");
     QCOMPARE(device.node("F")->GetAccessMode(), expected);
     QCOMPARE(IsReadable(device.node("F")), expected == RO || expected == RW);
     QCOMPARE(IsWritable(device.node("F")), expected == WO || expected == RW);
@@ -591,9 +669,11 @@ void tst_GenApiValues::accessModes()
 
 void tst_GenApiValues::writeToReadOnly()
 {
-    Device device("<IntReg Name=\"Ro\"><Address>0</Address><Length>4</Length><AccessMode>RO</AccessMode>"
-                  "<pPort>Device</pPort></IntReg><Integer Name=\"Na\"><Value>1</Value>"
-                  "<pIsAvailable>Zero</pIsAvailable></Integer><Integer Name=\"Zero\"><Value>0</Value></Integer>");
+    Device device(
+        "<IntReg Name=\"Ro\"><Address>0</Address><Length>4</Length><AccessMode>RO</AccessMode>"
+        "<pPort>Device</pPort></IntReg><Integer Name=\"Na\"><Value>1</Value>"
+        "<pIsAvailable>Zero</pIsAvailable></Integer><Integer "
+        "Name=\"Zero\"><Value>0</Value></Integer>");
     CIntegerPtr ro(device.node("Ro"));
     VERIFY_THROWS(ro->SetValue(1), "AccessException", "Node 'Ro' is not writable (access mode RO)");
     VERIFY_THROWS(ro->SetValue(1, false), "AccessException", "is not writable");
@@ -631,7 +711,8 @@ void tst_GenApiValues::registerArrayByIndex()
     Device device("<Integer Name=\"Sel\"><Value>0</Value><Min>0</Min><Max>3</Max></Integer>"
                   "<Integer Name=\"Base\"><Value>0x1000</Value></Integer>"
                   "<IntReg Name=\"Line\"><pAddress>Base</pAddress>"
-                  "<IntSwissKnife><pVariable Name=\"X\">Base</pVariable><Formula>X / 0x1000 * 0x10</Formula></IntSwissKnife>"
+                  "<IntSwissKnife><pVariable Name=\"X\">Base</pVariable><Formula>X / 0x1000 * "
+                  "0x10</Formula></IntSwissKnife>"
                   "<pIndex Offset=\"4\">Sel</pIndex><Length>4</Length><AccessMode>RW</AccessMode>"
                   "<pPort>Device</pPort></IntReg>");
     CIntegerPtr sel(device.node("Sel"));
@@ -648,9 +729,12 @@ void tst_GenApiValues::registerArrayByIndex()
 
 void tst_GenApiValues::registerWithoutPort()
 {
-    Device device("<IntReg Name=\"Lost\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode></IntReg>"
-                  "<IntReg Name=\"Elsewhere\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>"
-                  "<pPort>Other</pPort></IntReg><Port Name=\"Other\"/>");
+    Device device(
+        "<IntReg "
+        "Name=\"Lost\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode></IntReg>"
+        "<IntReg "
+        "Name=\"Elsewhere\"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>"
+        "<pPort>Other</pPort></IntReg><Port Name=\"Other\"/>");
     QCOMPARE(device.node("Lost")->GetAccessMode(), NA);
     // A port nobody connected is not available either.
     QCOMPARE(device.node("Elsewhere")->GetAccessMode(), NA);
@@ -664,7 +748,8 @@ void tst_GenApiValues::selectors()
 {
     Device device("<Enumeration Name=\"Sel\"><EnumEntry Name=\"A\"><Value>0</Value></EnumEntry>"
                   "<Value>0</Value><pSelected>X</pSelected><pSelected>Y</pSelected></Enumeration>"
-                  "<Integer Name=\"X\"><Value>1</Value></Integer><Integer Name=\"Y\"><Value>1</Value></Integer>");
+                  "<Integer Name=\"X\"><Value>1</Value></Integer><Integer "
+                  "Name=\"Y\"><Value>1</Value></Integer>");
     CSelectorPtr sel(device.node("Sel"));
     QVERIFY(sel->IsSelector());
     FeatureList_t features;

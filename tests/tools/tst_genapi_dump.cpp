@@ -2,8 +2,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-class tst_GenApiDump : public QObject
-{
+class tst_GenApiDump : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -48,10 +47,11 @@ void tst_GenApiDump::dumpsTheTree()
 
 void tst_GenApiDump::appliesWritesInOrder()
 {
-    const Result r = run({ camera(), QStringLiteral("--set"), QStringLiteral("Width=640"),
-                           QStringLiteral("--set"), QStringLiteral("Width=1280"),
-                           QStringLiteral("--set"), QStringLiteral("GevMACAddress=00:1a:2b:3c:4d:5e"),
-                           QStringLiteral("--set"), QStringLiteral("TriggerMode=On") });
+    const Result r
+        = run({ camera(), QStringLiteral("--set"), QStringLiteral("Width=640"),
+                QStringLiteral("--set"), QStringLiteral("Width=1280"), QStringLiteral("--set"),
+                QStringLiteral("GevMACAddress=00:1a:2b:3c:4d:5e"), QStringLiteral("--set"),
+                QStringLiteral("TriggerMode=On") });
     QCOMPARE(r.exitCode, 0);
     QVERIFY2(r.err.isEmpty(), qPrintable(r.err));
     QVERIFY(r.out.contains(QStringLiteral("    Width  IInteger  RW  = 1280\n")));
@@ -64,7 +64,8 @@ void tst_GenApiDump::failedWriteIsReportedNotFatal()
     const Result r = run({ camera(), QStringLiteral("--set"), QStringLiteral("Width=17"),
                            QStringLiteral("--set"), QStringLiteral("NoSuchFeature=1") });
     QCOMPARE(r.exitCode, 0);
-    QVERIFY2(r.err.contains(QStringLiteral("--set Width=17: Node 'Width': value 17 is not the minimum 16")),
+    QVERIFY2(r.err.contains(
+                 QStringLiteral("--set Width=17: Node 'Width': value 17 is not the minimum 16")),
              qPrintable(r.err));
     QVERIFY(r.err.contains(QStringLiteral("--set NoSuchFeature: no such feature")));
     QVERIFY(r.out.contains(QStringLiteral("    Width  IInteger  RW  = 0\n")));
@@ -75,8 +76,8 @@ void tst_GenApiDump::cannotLoad_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("fragment");
     QTest::newRow("missing file") << QByteArray() << QStringLiteral("cannot open");
-    QTest::newRow("malformed XML") << QByteArray("<RegisterDescription><Integer")
-                                   << QStringLiteral("malformed XML");
+    QTest::newRow("malformed XML")
+        << QByteArray("<RegisterDescription><Integer") << QStringLiteral("malformed XML");
     QTest::newRow("broken zip") << QByteArray("PK\x03\x04garbage") << QStringLiteral("zip");
 }
 

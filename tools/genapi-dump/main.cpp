@@ -129,8 +129,8 @@ int main(int argc, char **argv)
         try {
             target->FromString(value.c_str());
         } catch (const GenICam::GenericException &e) {
-            std::cerr << "genapi-dump: --set " << name << "=" << value << ": "
-                      << e.GetDescription() << '\n';
+            std::cerr << "genapi-dump: --set " << name << "=" << value << ": " << e.GetDescription()
+                      << '\n';
         }
     }
 

@@ -28,16 +28,31 @@ GenericException::GenericException(const char *description, const char *sourceFi
     , m_sourceLine(sourceLine)
 {
     m_what = m_description + " : " + m_type + " thrown (file '" + m_sourceFile + "', line "
-             + std::to_string(m_sourceLine) + ")";
+        + std::to_string(m_sourceLine) + ")";
 }
 
 GenericException::~GenericException() noexcept = default;
 
-const char *GenericException::GetDescription() const noexcept { return m_description.c_str(); }
-const char *GenericException::GetSourceFileName() const noexcept { return m_sourceFile.c_str(); }
-unsigned int GenericException::GetSourceLine() const noexcept { return m_sourceLine; }
-const char *GenericException::GetExceptionType() const noexcept { return m_type.c_str(); }
-const char *GenericException::what() const noexcept { return m_what.c_str(); }
+const char *GenericException::GetDescription() const noexcept
+{
+    return m_description.c_str();
+}
+const char *GenericException::GetSourceFileName() const noexcept
+{
+    return m_sourceFile.c_str();
+}
+unsigned int GenericException::GetSourceLine() const noexcept
+{
+    return m_sourceLine;
+}
+const char *GenericException::GetExceptionType() const noexcept
+{
+    return m_type.c_str();
+}
+const char *GenericException::what() const noexcept
+{
+    return m_what.c_str();
+}
 
 std::string FormatExceptionText(const char *format, va_list args)
 {
@@ -78,15 +93,28 @@ bool lookup(const gcstring &text, E *value, const std::pair<const char *, E> (&t
 }
 
 const std::pair<const char *, EAccessMode> accessModes[] = {
-    { "NI", NI }, { "NA", NA }, { "WO", WO }, { "RO", RO }, { "RW", RW },
+    { "NI", NI },
+    { "NA", NA },
+    { "WO", WO },
+    { "RO", RO },
+    { "RW", RW },
     // As some vendors write them.
-    { "R", RO }, { "W", WO }, { "ReadOnly", RO }, { "WriteOnly", WO }, { "ReadWrite", RW },
+    { "R", RO },
+    { "W", WO },
+    { "ReadOnly", RO },
+    { "WriteOnly", WO },
+    { "ReadWrite", RW },
 };
 const std::pair<const char *, EVisibility> visibilities[] = {
-    { "Beginner", Beginner }, { "Expert", Expert }, { "Guru", Guru }, { "Invisible", Invisible },
+    { "Beginner", Beginner },
+    { "Expert", Expert },
+    { "Guru", Guru },
+    { "Invisible", Invisible },
 };
 const std::pair<const char *, ECachingMode> cachingModes[] = {
-    { "NoCache", NoCache }, { "WriteThrough", WriteThrough }, { "WriteAround", WriteAround },
+    { "NoCache", NoCache },
+    { "WriteThrough", WriteThrough },
+    { "WriteAround", WriteAround },
 };
 const std::pair<const char *, ERepresentation> representations[] = {
     { "Linear", Linear },         { "Logarithmic", Logarithmic }, { "Boolean", Boolean },
@@ -94,11 +122,12 @@ const std::pair<const char *, ERepresentation> representations[] = {
     { "MACAddress", MACAddress },
 };
 const std::pair<const char *, EDisplayNotation> notations[] = {
-    { "Automatic", fnAutomatic }, { "Fixed", fnFixed }, { "Scientific", fnScientific },
+    { "Automatic", fnAutomatic },
+    { "Fixed", fnFixed },
+    { "Scientific", fnScientific },
 };
 
-template <class E, size_t N>
-gcstring name(E value, const std::pair<const char *, E> (&table)[N])
+template <class E, size_t N> gcstring name(E value, const std::pair<const char *, E> (&table)[N])
 {
     for (const auto &entry : table)
         if (entry.second == value)
@@ -108,17 +137,26 @@ gcstring name(E value, const std::pair<const char *, E> (&table)[N])
 
 } // namespace
 
-gcstring EAccessModeClass::ToString(EAccessMode value) { return name(value, accessModes); }
+gcstring EAccessModeClass::ToString(EAccessMode value)
+{
+    return name(value, accessModes);
+}
 bool EAccessModeClass::FromString(const gcstring &text, EAccessMode *value)
 {
     return lookup(text, value, accessModes);
 }
-gcstring EVisibilityClass::ToString(EVisibility value) { return name(value, visibilities); }
+gcstring EVisibilityClass::ToString(EVisibility value)
+{
+    return name(value, visibilities);
+}
 bool EVisibilityClass::FromString(const gcstring &text, EVisibility *value)
 {
     return lookup(text, value, visibilities);
 }
-gcstring ECachingModeClass::ToString(ECachingMode value) { return name(value, cachingModes); }
+gcstring ECachingModeClass::ToString(ECachingMode value)
+{
+    return name(value, cachingModes);
+}
 bool ECachingModeClass::FromString(const gcstring &text, ECachingMode *value)
 {
     return lookup(text, value, cachingModes);
@@ -131,7 +169,10 @@ bool ERepresentationClass::FromString(const gcstring &text, ERepresentation *val
 {
     return lookup(text, value, representations);
 }
-gcstring EDisplayNotationClass::ToString(EDisplayNotation value) { return name(value, notations); }
+gcstring EDisplayNotationClass::ToString(EDisplayNotation value)
+{
+    return name(value, notations);
+}
 bool EDisplayNotationClass::FromString(const gcstring &text, EDisplayNotation *value)
 {
     return lookup(text, value, notations);
@@ -139,10 +180,9 @@ bool EDisplayNotationClass::FromString(const gcstring &text, EDisplayNotation *v
 
 gcstring EInterfaceTypeClass::ToString(EInterfaceType value)
 {
-    static const char *const names[] = { "IValue",   "IBase",        "IInteger",
-                                         "IBoolean", "ICommand",     "IFloat",
-                                         "IString",  "IRegister",    "ICategory",
-                                         "IEnumeration", "IEnumEntry", "IPort" };
+    static const char *const names[]
+        = { "IValue",  "IBase",     "IInteger",  "IBoolean",     "ICommand",   "IFloat",
+            "IString", "IRegister", "ICategory", "IEnumeration", "IEnumEntry", "IPort" };
     const auto index = static_cast<size_t>(value);
     return index < sizeof names / sizeof names[0] ? names[index] : "Undefined";
 }

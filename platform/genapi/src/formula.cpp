@@ -107,8 +107,7 @@ bool equalsIgnoreCase(const std::string &a, const char *b)
 
 } // namespace
 
-class FormulaParser
-{
+class FormulaParser {
 public:
     FormulaParser(const std::string &text, const std::vector<std::string> &names, Formula &out)
         : m_text(text)
@@ -187,7 +186,8 @@ private:
     }
 
     struct DepthGuard {
-        explicit DepthGuard(FormulaParser &p) : parser(p)
+        explicit DepthGuard(FormulaParser &p)
+            : parser(p)
         {
             if (++parser.m_depth > MaxNesting)
                 parser.fail("the formula nests deeper than " + std::to_string(MaxNesting)
@@ -386,8 +386,9 @@ private:
             n.number = value;
             int64_t asInt = 0;
             const auto intResult = std::from_chars(begin, last, asInt);
-            n.integer = (intResult.ec == std::errc() && intResult.ptr == end) ? asInt
-                                                                             : saturatingToInt(value);
+            n.integer = (intResult.ec == std::errc() && intResult.ptr == end)
+                ? asInt
+                : saturatingToInt(value);
         }
         m_pos += static_cast<size_t>(end - begin);
         if (m_pos < m_text.size()
@@ -462,8 +463,7 @@ Formula Formula::parse(const std::string &text, const std::vector<std::string> &
 }
 
 // One evaluator for both arithmetic kinds: T is int64_t or double.
-template <class T>
-struct FormulaEvaluator {
+template <class T> struct FormulaEvaluator {
     const std::vector<Formula::Node> &nodes;
     FormulaVariables &variables;
 

@@ -13,8 +13,7 @@ namespace impl {
 
 // Supplies variable values during evaluation; index is the position in the
 // name list the formula was parsed with.
-class FormulaVariables
-{
+class FormulaVariables {
 public:
     virtual int64_t intVariable(int index) = 0;
     virtual double floatVariable(int index) = 0;
@@ -23,8 +22,7 @@ protected:
     ~FormulaVariables() = default;
 };
 
-class Formula
-{
+class Formula {
 public:
     // Parses text. Names in variableNames are resolved to their index;
     // any other identifier is an error. Throws std::invalid_argument with a
@@ -95,8 +93,7 @@ public:
 
 private:
     friend class FormulaParser;
-    template <class T>
-    friend struct FormulaEvaluator;
+    template <class T> friend struct FormulaEvaluator;
 
     std::vector<Node> m_nodes;
     int32_t m_root = -1;

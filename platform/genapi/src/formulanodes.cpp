@@ -189,7 +189,10 @@ void IntSwissKnife::finishLoad()
     m_formula = m_scope.parse(*this, m_text, m_formulaLine, {});
 }
 
-int64_t IntSwissKnife::doGetInt(bool) { return m_scope.evaluateInt(*this, m_formula, 0); }
+int64_t IntSwissKnife::doGetInt(bool)
+{
+    return m_scope.evaluateInt(*this, m_formula, 0);
+}
 
 bool SwissKnife::applyProperty(const Property &p)
 {
@@ -216,7 +219,10 @@ void SwissKnife::finishLoad()
     m_formula = m_scope.parse(*this, m_text, m_formulaLine, {});
 }
 
-double SwissKnife::doGetFloat(bool) { return m_scope.evaluateFloat(*this, m_formula, 0); }
+double SwissKnife::doGetFloat(bool)
+{
+    return m_scope.evaluateFloat(*this, m_formula, 0);
+}
 
 // ---------------------------------------------------------------------------
 // Converters
@@ -313,7 +319,10 @@ void IntConverter::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &
     m_core.collectRefs(reading);
 }
 
-EAccessMode IntConverter::doAccess() { return m_core.pValue.node->access(); }
+EAccessMode IntConverter::doAccess()
+{
+    return m_core.pValue.node->access();
+}
 
 int64_t IntConverter::doGetInt(bool ignoreCache)
 {
@@ -352,11 +361,15 @@ void Converter::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &oth
     m_core.collectRefs(reading);
 }
 
-EAccessMode Converter::doAccess() { return m_core.pValue.node->access(); }
+EAccessMode Converter::doAccess()
+{
+    return m_core.pValue.node->access();
+}
 
 double Converter::doGetFloat(bool ignoreCache)
 {
-    return m_core.scope.evaluateFloat(*this, m_core.from, m_core.pValue.node->getFloat(ignoreCache));
+    return m_core.scope.evaluateFloat(*this, m_core.from,
+                                      m_core.pValue.node->getFloat(ignoreCache));
 }
 
 void Converter::doPutFloat(double value)

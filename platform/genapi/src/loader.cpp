@@ -17,8 +17,7 @@ namespace {
 constexpr int MaxGroupNesting = 64;
 constexpr zip_uint64_t MaxDescriptionSize = zip_uint64_t(512) << 20;
 
-class Loader
-{
+class Loader {
 public:
     Loader(NodeMap &map, const char *buffer, size_t size, uint32_t skippedLines)
         : m_map(map)
@@ -34,8 +33,8 @@ public:
     {
         if (offset < 0)
             return 0;
-        const auto it = std::lower_bound(m_newlines.begin(), m_newlines.end(),
-                                         static_cast<size_t>(offset));
+        const auto it
+            = std::lower_bound(m_newlines.begin(), m_newlines.end(), static_cast<size_t>(offset));
         return static_cast<uint32_t>(it - m_newlines.begin()) + 1 + m_skippedLines;
     }
     uint32_t lineOf(const pugi::xml_node &node) const { return lineAt(node.offset_debug()); }
@@ -47,7 +46,7 @@ public:
         m_map.toolTip = root.attribute("ToolTip").value();
         m_map.standardNameSpace = root.attribute("StandardNameSpace").value();
         m_map.schemaVersion = std::string(root.attribute("SchemaMajorVersion").value()) + "."
-                              + root.attribute("SchemaMinorVersion").value();
+            + root.attribute("SchemaMinorVersion").value();
         loadChildren(root, 0);
     }
 
@@ -55,8 +54,8 @@ private:
     void loadChildren(const pugi::xml_node &parent, int depth)
     {
         if (depth > MaxGroupNesting)
-            throw PROPERTY_EXCEPTION("line %u: groups nest deeper than %d levels",
-                                     lineOf(parent), MaxGroupNesting);
+            throw PROPERTY_EXCEPTION("line %u: groups nest deeper than %d levels", lineOf(parent),
+                                     MaxGroupNesting);
         for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
             if (child.type() != pugi::node_element)
                 continue;
@@ -271,7 +270,8 @@ size_t skipStrayLines(const std::string &xml, uint32_t &skippedLines)
         pos = 3;
     for (;;) {
         size_t first = pos;
-        while (first < xml.size() && (xml[first] == ' ' || xml[first] == '\t' || xml[first] == '\r'))
+        while (first < xml.size()
+               && (xml[first] == ' ' || xml[first] == '\t' || xml[first] == '\r'))
             ++first;
         if (first >= xml.size() || xml[first] == '<' || xml[first] == '\n') {
             if (first < xml.size() && xml[first] == '\n') {
@@ -316,7 +316,10 @@ std::shared_ptr<NodeMap> loadDescription(std::string xml, const std::string &dev
     return map;
 }
 
-bool looksLikeZip(const std::string &bytes) { return bytes.compare(0, 4, "PK\x03\x04") == 0; }
+bool looksLikeZip(const std::string &bytes)
+{
+    return bytes.compare(0, 4, "PK\x03\x04") == 0;
+}
 
 std::string extractDescriptionFromZip(const void *data, size_t size)
 {
@@ -355,7 +358,8 @@ std::string extractDescriptionFromZip(const void *data, size_t size)
         const std::string base = slash == std::string::npos ? name : name.substr(slash + 1);
         if (base.empty() || name.rfind("__MACOSX/", 0) == 0 || base.rfind("._", 0) == 0)
             continue;
-        const bool isXml = base.size() > 4 && equalsIgnoreCase(base.substr(base.size() - 4), ".xml");
+        const bool isXml
+            = base.size() > 4 && equalsIgnoreCase(base.substr(base.size() - 4), ".xml");
         if (chosen < 0 || (isXml && !chosenIsXml)) {
             chosen = i;
             chosenIsXml = isXml;

@@ -25,9 +25,8 @@ std::string accessText(EAccessMode mode)
 [[noreturn]] void throwBadProperty(const Node &node, const Property &property, const char *expected)
 {
     throw PROPERTY_EXCEPTION("line %u: node '%s': <%.*s> '%.*s' is not %s", property.line,
-                             node.name().c_str(), int(property.name.size()),
-                             property.name.data(), int(property.text.size()),
-                             property.text.data(), expected);
+                             node.name().c_str(), int(property.name.size()), property.name.data(),
+                             int(property.text.size()), property.text.data(), expected);
 }
 
 int64_t propertyInt(const Node &node, const Property &property)
@@ -72,33 +71,33 @@ Ref propertyRef(const Property &property)
     return ref;
 }
 
-template <class T>
-T propertyValue(const Node &node, const Property &property);
-template <>
-int64_t propertyValue<int64_t>(const Node &node, const Property &property)
+template <class T> T propertyValue(const Node &node, const Property &property);
+template <> int64_t propertyValue<int64_t>(const Node &node, const Property &property)
 {
     return propertyInt(node, property);
 }
-template <>
-double propertyValue<double>(const Node &node, const Property &property)
+template <> double propertyValue<double>(const Node &node, const Property &property)
 {
     return propertyDouble(node, property);
 }
 
-template <class T>
-T readNode(Node *node, bool ignoreCache);
-template <>
-int64_t readNode<int64_t>(Node *node, bool ignoreCache)
+template <class T> T readNode(Node *node, bool ignoreCache);
+template <> int64_t readNode<int64_t>(Node *node, bool ignoreCache)
 {
     return node->getInt(ignoreCache);
 }
-template <>
-double readNode<double>(Node *node, bool ignoreCache)
+template <> double readNode<double>(Node *node, bool ignoreCache)
 {
     return node->getFloat(ignoreCache);
 }
-void writeNode(Node *node, int64_t value) { node->putInt(value); }
-void writeNode(Node *node, double value) { node->putFloat(value); }
+void writeNode(Node *node, int64_t value)
+{
+    node->putInt(value);
+}
+void writeNode(Node *node, double value)
+{
+    node->putFloat(value);
+}
 
 // ---------------------------------------------------------------------------
 // Node
@@ -110,9 +109,15 @@ Node::Node(NodeMap &map, std::string name, const char *typeName)
 {
 }
 
-Node::~Node() { dropAllCallbacks(); }
+Node::~Node()
+{
+    dropAllCallbacks();
+}
 
-std::string Node::label() const { return "Node '" + m_name + "'"; }
+std::string Node::label() const
+{
+    return "Node '" + m_name + "'";
+}
 
 void Node::throwAccess(const std::string &what) const
 {
@@ -128,7 +133,8 @@ void Node::throwRuntime(const std::string &what) const
 }
 void Node::throwNoValue(const char *kind) const
 {
-    throw DYNAMICCAST_EXCEPTION("%s", (label() + " (" + m_typeName + ") has no " + kind + " value").c_str());
+    throw DYNAMICCAST_EXCEPTION(
+        "%s", (label() + " (" + m_typeName + ") has no " + kind + " value").c_str());
 }
 
 bool Node::applyProperty(const Property &p)
@@ -201,7 +207,7 @@ void Node::resolve(Ref &ref, bool required)
                                  ref.line ? ref.line : m_line, m_name.c_str(), ref.name.c_str());
 }
 
-void Node::finishLoad() {}
+void Node::finishLoad() { }
 
 EAccessMode Node::access()
 {
@@ -307,12 +313,30 @@ std::string Node::unit()
     return doUnit();
 }
 
-int64_t Node::doGetInt(bool) { throwNoValue("integer"); }
-double Node::doGetFloat(bool ignoreCache) { return static_cast<double>(doGetInt(ignoreCache)); }
-void Node::doPutInt(int64_t) { throwNoValue("writable integer"); }
-void Node::doPutFloat(double value) { doPutInt(saturatingRound(value)); }
-std::string Node::doGetString(bool) { throwNoValue("string"); }
-void Node::doPutString(const std::string &) { throwNoValue("writable string"); }
+int64_t Node::doGetInt(bool)
+{
+    throwNoValue("integer");
+}
+double Node::doGetFloat(bool ignoreCache)
+{
+    return static_cast<double>(doGetInt(ignoreCache));
+}
+void Node::doPutInt(int64_t)
+{
+    throwNoValue("writable integer");
+}
+void Node::doPutFloat(double value)
+{
+    doPutInt(saturatingRound(value));
+}
+std::string Node::doGetString(bool)
+{
+    throwNoValue("string");
+}
+void Node::doPutString(const std::string &)
+{
+    throwNoValue("writable string");
+}
 
 void Node::collectTerminals(std::vector<Node *> &out)
 {
@@ -370,8 +394,14 @@ gcstring Node::GetName(bool FullQualified) const
         return m_name;
     return (m_nameSpace == Standard ? "Std::" : "Cust::") + m_name;
 }
-ENameSpace Node::GetNameSpace() const { return m_nameSpace; }
-EVisibility Node::GetVisibility() const { return m_visibility; }
+ENameSpace Node::GetNameSpace() const
+{
+    return m_nameSpace;
+}
+EVisibility Node::GetVisibility() const
+{
+    return m_visibility;
+}
 
 void Node::InvalidateNode()
 {
@@ -382,17 +412,38 @@ void Node::InvalidateNode()
     m_map.notifyChanged(terminals, {});
 }
 
-bool Node::IsCachable() const { return m_cachingMode != NoCache; }
-EYesNo Node::IsAccessModeCacheable() const { return No; }
-ECachingMode Node::GetCachingMode() const { return m_cachingMode; }
-int64_t Node::GetPollingTime() const { return pollingTime; }
-gcstring Node::GetToolTip() const { return m_toolTip; }
+bool Node::IsCachable() const
+{
+    return m_cachingMode != NoCache;
+}
+EYesNo Node::IsAccessModeCacheable() const
+{
+    return No;
+}
+ECachingMode Node::GetCachingMode() const
+{
+    return m_cachingMode;
+}
+int64_t Node::GetPollingTime() const
+{
+    return pollingTime;
+}
+gcstring Node::GetToolTip() const
+{
+    return m_toolTip;
+}
 gcstring Node::GetDescription() const
 {
     return m_description.empty() ? m_toolTip : m_description;
 }
-gcstring Node::GetDisplayName() const { return m_displayName.empty() ? m_name : m_displayName; }
-gcstring Node::GetDeviceName() const { return m_map.GetDeviceName(); }
+gcstring Node::GetDisplayName() const
+{
+    return m_displayName.empty() ? m_name : m_displayName;
+}
+gcstring Node::GetDeviceName() const
+{
+    return m_map.GetDeviceName();
+}
 
 void Node::GetChildren(NodeList_t &Children, ELinkType LinkType) const
 {
@@ -425,7 +476,8 @@ void Node::GetParents(NodeList_t &Parents, ELinkType) const
 CallbackHandleType Node::RegisterCallback(CNodeCallback *pCallback)
 {
     if (!pCallback)
-        throw INVALID_ARGUMENT_EXCEPTION("%s: RegisterCallback: the callback is NULL", label().c_str());
+        throw INVALID_ARGUMENT_EXCEPTION("%s: RegisterCallback: the callback is NULL",
+                                         label().c_str());
     NodeMap::Guard guard(m_map);
     auto entry = std::make_shared<CallbackEntry>();
     entry->callback = pCallback;
@@ -455,9 +507,18 @@ bool Node::DeregisterCallback(CallbackHandleType hCallback)
     return true;
 }
 
-INodeMap *Node::GetNodeMap() const { return &m_map; }
-gcstring Node::GetEventID() const { return m_eventID; }
-bool Node::IsStreamable() const { return m_streamable; }
+INodeMap *Node::GetNodeMap() const
+{
+    return &m_map;
+}
+gcstring Node::GetEventID() const
+{
+    return m_eventID;
+}
+bool Node::IsStreamable() const
+{
+    return m_streamable;
+}
 
 void Node::GetPropertyNames(gcstring_vector &PropertyNames) const
 {
@@ -501,14 +562,35 @@ void Node::ImposeAccessMode(EAccessMode ImposedAccessMode)
     m_map.notifyChanged({ this }, {});
 }
 
-void Node::ImposeVisibility(EVisibility ImposedVisibility) { m_visibility = ImposedVisibility; }
-INode *Node::GetAlias() const { return m_alias.node; }
-INode *Node::GetCastAlias() const { return m_castAlias.node; }
-gcstring Node::GetDocuURL() const { return m_docuURL; }
-bool Node::IsDeprecated() const { return m_deprecated; }
-bool Node::IsFeature() const { return m_isFeature; }
+void Node::ImposeVisibility(EVisibility ImposedVisibility)
+{
+    m_visibility = ImposedVisibility;
+}
+INode *Node::GetAlias() const
+{
+    return m_alias.node;
+}
+INode *Node::GetCastAlias() const
+{
+    return m_castAlias.node;
+}
+gcstring Node::GetDocuURL() const
+{
+    return m_docuURL;
+}
+bool Node::IsDeprecated() const
+{
+    return m_deprecated;
+}
+bool Node::IsFeature() const
+{
+    return m_isFeature;
+}
 
-bool Node::IsSelector() const { return !selected.empty(); }
+bool Node::IsSelector() const
+{
+    return !selected.empty();
+}
 
 void Node::GetSelectedFeatures(FeatureList_t &Features) const
 {
@@ -554,8 +636,7 @@ bool ValueNode::IsValueCacheValid() const
 // ---------------------------------------------------------------------------
 // ValueSource
 
-template <class T>
-bool ValueSource<T>::applyProperty(Node &owner, const Property &p)
+template <class T> bool ValueSource<T>::applyProperty(Node &owner, const Property &p)
 {
     const std::string_view n = p.name;
     if (n == "pValue")
@@ -591,8 +672,7 @@ bool ValueSource<T>::applyProperty(Node &owner, const Property &p)
     return true;
 }
 
-template <class T>
-void ValueSource<T>::collectRefs(std::vector<Ref *> &reading)
+template <class T> void ValueSource<T>::collectRefs(std::vector<Ref *> &reading)
 {
     reading.push_back(&m_pValue);
     for (Ref &r : m_copies)
@@ -603,8 +683,7 @@ void ValueSource<T>::collectRefs(std::vector<Ref *> &reading)
     reading.push_back(&m_pDefault);
 }
 
-template <class T>
-typename ValueSource<T>::Indexed *ValueSource<T>::pick(Node &)
+template <class T> typename ValueSource<T>::Indexed *ValueSource<T>::pick(Node &)
 {
     const int64_t index = m_pIndex.node->getInt(false);
     for (Indexed &e : m_indexed)
@@ -613,8 +692,7 @@ typename ValueSource<T>::Indexed *ValueSource<T>::pick(Node &)
     return nullptr;
 }
 
-template <class T>
-T ValueSource<T>::read(Node &owner, bool ignoreCache)
+template <class T> T ValueSource<T>::read(Node &owner, bool ignoreCache)
 {
     if (m_pIndex.node) {
         if (Indexed *e = pick(owner))
@@ -633,8 +711,7 @@ T ValueSource<T>::read(Node &owner, bool ignoreCache)
     owner.throwRuntime("has neither a Value nor a pValue");
 }
 
-template <class T>
-void ValueSource<T>::write(Node &owner, T value)
+template <class T> void ValueSource<T>::write(Node &owner, T value)
 {
     if (m_pIndex.node) {
         if (Indexed *e = pick(owner)) {
@@ -665,8 +742,7 @@ void ValueSource<T>::write(Node &owner, T value)
     owner.map().recordWrite(&owner);
 }
 
-template <class T>
-EAccessMode ValueSource<T>::access(Node &owner)
+template <class T> EAccessMode ValueSource<T>::access(Node &owner)
 {
     if (m_pIndex.node) {
         Indexed *e = pick(owner);
@@ -716,7 +792,10 @@ void Category::GetFeatures(FeatureList_t &Features) const
             Features.push_back(value);
 }
 
-void Category::fromText(const std::string &, bool) { throwAccess("a category has no value to set"); }
+void Category::fromText(const std::string &, bool)
+{
+    throwAccess("a category has no value to set");
+}
 
 // ---------------------------------------------------------------------------
 // IntegerBase
@@ -889,19 +968,23 @@ void IntegerBase::fromText(const std::string &text, bool verifyValue)
         value = parseMAC(text);
     if (!value) {
         // "12.0" and "1e3" are integral values written as decimals.
-        if (auto asDouble = parseDouble(text); asDouble && std::trunc(*asDouble) == *asDouble
-            && std::fabs(*asDouble) < 9.2e18)
+        if (auto asDouble = parseDouble(text);
+            asDouble && std::trunc(*asDouble) == *asDouble && std::fabs(*asDouble) < 9.2e18)
             value = static_cast<int64_t>(*asDouble);
     }
     if (!value)
-        throw INVALID_ARGUMENT_EXCEPTION("%s: '%s' is not an integer", label().c_str(), text.c_str());
+        throw INVALID_ARGUMENT_EXCEPTION("%s: '%s' is not an integer", label().c_str(),
+                                         text.c_str());
     requireWritable();
     if (verifyValue)
         verify(*value);
     putInt(*value);
 }
 
-void IntegerBase::doPutFloat(double value) { doPutInt(saturatingRound(value)); }
+void IntegerBase::doPutFloat(double value)
+{
+    doPutInt(saturatingRound(value));
+}
 
 // ---------------------------------------------------------------------------
 // Integer
@@ -960,9 +1043,18 @@ void Integer::finishLoad()
                                  m_name.c_str(), static_cast<long long>(m_inc));
 }
 
-EAccessMode Integer::doAccess() { return m_source.access(*this); }
-int64_t Integer::doGetInt(bool ignoreCache) { return m_source.read(*this, ignoreCache); }
-void Integer::doPutInt(int64_t value) { m_source.write(*this, value); }
+EAccessMode Integer::doAccess()
+{
+    return m_source.access(*this);
+}
+int64_t Integer::doGetInt(bool ignoreCache)
+{
+    return m_source.read(*this, ignoreCache);
+}
+void Integer::doPutInt(int64_t value)
+{
+    m_source.write(*this, value);
+}
 
 int64_t Integer::rawMin()
 {
@@ -1000,7 +1092,10 @@ int64_t Integer::doIntInc()
     return inc;
 }
 
-EIncMode Integer::doIncMode() { return m_validValues.empty() ? fixedIncrement : listIncrement; }
+EIncMode Integer::doIncMode()
+{
+    return m_validValues.empty() ? fixedIncrement : listIncrement;
+}
 
 ERepresentation Integer::doRepresentation()
 {
@@ -1059,9 +1154,18 @@ double FloatBase::doFloatMax()
     return m_hasImposedMax ? std::min(raw, m_imposedMax) : raw;
 }
 
-int64_t FloatBase::doIntMin() { return saturatingRound(doFloatMin()); }
-int64_t FloatBase::doIntMax() { return saturatingRound(doFloatMax()); }
-int64_t FloatBase::doGetInt(bool ignoreCache) { return saturatingRound(doGetFloat(ignoreCache)); }
+int64_t FloatBase::doIntMin()
+{
+    return saturatingRound(doFloatMin());
+}
+int64_t FloatBase::doIntMax()
+{
+    return saturatingRound(doFloatMax());
+}
+int64_t FloatBase::doGetInt(bool ignoreCache)
+{
+    return saturatingRound(doGetFloat(ignoreCache));
+}
 
 std::string FloatBase::doGetString(bool ignoreCache)
 {
@@ -1075,8 +1179,8 @@ void FloatBase::verify(double value)
     const double low = floatMin();
     const double high = floatMax();
     if (value < low || value > high)
-        throwRange("value " + formatDoubleExact(value) + " is out of range [" + formatDoubleExact(low)
-                   + ", " + formatDoubleExact(high) + "]");
+        throwRange("value " + formatDoubleExact(value) + " is out of range ["
+                   + formatDoubleExact(low) + ", " + formatDoubleExact(high) + "]");
     if (doHasInc()) {
         const double inc = doFloatInc();
         if (inc > 0) {
@@ -1088,10 +1192,9 @@ void FloatBase::verify(double value)
         }
     }
     const std::vector<double> valid = doValidValues();
-    if (!valid.empty()
-        && std::none_of(valid.begin(), valid.end(), [&](double v) {
-               return std::fabs(v - value) <= 1e-9 * std::max(1.0, std::fabs(v));
-           }))
+    if (!valid.empty() && std::none_of(valid.begin(), valid.end(), [&](double v) {
+            return std::fabs(v - value) <= 1e-9 * std::max(1.0, std::fabs(v));
+        }))
         throwRange("value " + formatDoubleExact(value) + " is not one of the valid values");
 }
 
@@ -1259,9 +1362,18 @@ void Float::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other)
     reading.push_back(&m_pInc);
 }
 
-EAccessMode Float::doAccess() { return m_source.access(*this); }
-double Float::doGetFloat(bool ignoreCache) { return m_source.read(*this, ignoreCache); }
-void Float::doPutFloat(double value) { m_source.write(*this, value); }
+EAccessMode Float::doAccess()
+{
+    return m_source.access(*this);
+}
+double Float::doGetFloat(bool ignoreCache)
+{
+    return m_source.read(*this, ignoreCache);
+}
+void Float::doPutFloat(double value)
+{
+    m_source.write(*this, value);
+}
 
 double Float::rawMin()
 {
@@ -1285,7 +1397,10 @@ double Float::rawMax()
     return std::numeric_limits<double>::max();
 }
 
-bool Float::doHasInc() { return m_pInc.node || m_hasInc; }
+bool Float::doHasInc()
+{
+    return m_pInc.node || m_hasInc;
+}
 
 double Float::doFloatInc()
 {
@@ -1340,7 +1455,10 @@ void Boolean::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other
     m_source.collectRefs(reading);
 }
 
-EAccessMode Boolean::doAccess() { return m_source.access(*this); }
+EAccessMode Boolean::doAccess()
+{
+    return m_source.access(*this);
+}
 
 bool Boolean::read(bool ignoreCache)
 {
@@ -1351,11 +1469,14 @@ bool Boolean::read(bool ignoreCache)
         return true;
     if (raw == m_off)
         return false;
-    throwRuntime("value " + std::to_string(raw) + " is neither the OnValue "
-                 + std::to_string(m_on) + " nor the OffValue " + std::to_string(m_off));
+    throwRuntime("value " + std::to_string(raw) + " is neither the OnValue " + std::to_string(m_on)
+                 + " nor the OffValue " + std::to_string(m_off));
 }
 
-int64_t Boolean::doGetInt(bool ignoreCache) { return read(ignoreCache) ? 1 : 0; }
+int64_t Boolean::doGetInt(bool ignoreCache)
+{
+    return read(ignoreCache) ? 1 : 0;
+}
 
 void Boolean::doPutInt(int64_t value)
 {
@@ -1422,7 +1543,10 @@ void Command::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other
     reading.push_back(&m_pCommandValue);
 }
 
-EAccessMode Command::doAccess() { return m_source.access(*this); }
+EAccessMode Command::doAccess()
+{
+    return m_source.access(*this);
+}
 
 int64_t Command::commandValue()
 {
@@ -1446,7 +1570,10 @@ bool Command::IsDone(bool)
     return now != commandValue();
 }
 
-std::string Command::toText(bool, bool) { return std::string(); }
+std::string Command::toText(bool, bool)
+{
+    return std::string();
+}
 
 void Command::fromText(const std::string &text, bool verifyValue)
 {
@@ -1475,8 +1602,14 @@ void Enumeration::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &o
     m_source.collectRefs(reading);
 }
 
-EAccessMode Enumeration::doAccess() { return m_source.access(*this); }
-int64_t Enumeration::doGetInt(bool ignoreCache) { return m_source.read(*this, ignoreCache); }
+EAccessMode Enumeration::doAccess()
+{
+    return m_source.access(*this);
+}
+int64_t Enumeration::doGetInt(bool ignoreCache)
+{
+    return m_source.read(*this, ignoreCache);
+}
 
 void Enumeration::doPutInt(int64_t value)
 {
@@ -1634,7 +1767,10 @@ bool EnumEntry::applyProperty(const Property &p)
     return true;
 }
 
-void EnumEntry::fromText(const std::string &, bool) { throwAccess("an entry cannot be written"); }
+void EnumEntry::fromText(const std::string &, bool)
+{
+    throwAccess("an entry cannot be written");
+}
 
 // ---------------------------------------------------------------------------
 // Port
@@ -1647,7 +1783,10 @@ bool Port::applyProperty(const Property &p)
     return Node::applyProperty(p);
 }
 
-EAccessMode Port::doAccess() { return m_port ? m_port->GetAccessMode() : NA; }
+EAccessMode Port::doAccess()
+{
+    return m_port ? m_port->GetAccessMode() : NA;
+}
 
 void Port::Read(void *pBuffer, int64_t Address, int64_t Length)
 {

@@ -77,7 +77,10 @@ void CallbackEntry::invoke(ECallbackType phase)
 // ---------------------------------------------------------------------------
 // NodeMap
 
-NodeMap::NodeMap(std::string deviceName) : m_deviceName(std::move(deviceName)) {}
+NodeMap::NodeMap(std::string deviceName)
+    : m_deviceName(std::move(deviceName))
+{
+}
 
 NodeMap::~NodeMap()
 {
@@ -86,7 +89,8 @@ NodeMap::~NodeMap()
         node->dropAllCallbacks();
 }
 
-NodeMap::Guard::Guard(const NodeMap &map) : m_map(const_cast<NodeMap &>(map))
+NodeMap::Guard::Guard(const NodeMap &map)
+    : m_map(const_cast<NodeMap &>(map))
 {
     m_map.m_lock.Lock();
     ++m_map.m_lockDepth;
@@ -105,7 +109,8 @@ NodeMap::Guard::~Guard()
         entry->invoke(cbPostOutsideLock);
 }
 
-NodeMap::WriteScope::WriteScope(NodeMap &map, Node *origin) : m_map(map)
+NodeMap::WriteScope::WriteScope(NodeMap &map, Node *origin)
+    : m_map(map)
 {
     if (m_map.m_writeDepth++ == 0) {
         m_map.m_written.clear();
@@ -135,7 +140,8 @@ void NodeMap::recordWrite(Node *terminal)
         m_written.push_back(terminal);
 }
 
-NodeMap::EvalGuard::EvalGuard(NodeMap &map, const Node &node) : m_map(map)
+NodeMap::EvalGuard::EvalGuard(NodeMap &map, const Node &node)
+    : m_map(map)
 {
     if (++m_map.m_evalDepth > MaxEvalDepth) {
         --m_map.m_evalDepth;
@@ -288,7 +294,10 @@ void NodeMap::GetNodes(NodeList_t &Nodes) const
     Nodes.assign(m_named.begin(), m_named.end());
 }
 
-INode *NodeMap::GetNode(const gcstring &Name) const { return find(Name.str()); }
+INode *NodeMap::GetNode(const gcstring &Name) const
+{
+    return find(Name.str());
+}
 
 void NodeMap::InvalidateNodes() const
 {
@@ -319,9 +328,15 @@ bool NodeMap::Connect(IPort *pPort, const gcstring &PortName) const
     return true;
 }
 
-bool NodeMap::Connect(IPort *pPort) const { return Connect(pPort, "Device"); }
+bool NodeMap::Connect(IPort *pPort) const
+{
+    return Connect(pPort, "Device");
+}
 
-gcstring NodeMap::GetDeviceName() { return m_deviceName; }
+gcstring NodeMap::GetDeviceName()
+{
+    return m_deviceName;
+}
 
 void NodeMap::Poll(int64_t ElapsedTime)
 {

@@ -28,8 +28,7 @@ struct CallbackEntry {
     void invoke(ECallbackType phase);
 };
 
-class NodeMap final : public INodeMap
-{
+class NodeMap final : public INodeMap {
 public:
     explicit NodeMap(std::string deviceName);
     ~NodeMap() override;
@@ -59,8 +58,7 @@ public:
     // --- locking ---
     // Holds the node map's lock; when the outermost guard ends, the lock is
     // released and the queued outside-lock callbacks run.
-    class Guard
-    {
+    class Guard {
     public:
         explicit Guard(const NodeMap &map);
         ~Guard();
@@ -73,8 +71,7 @@ public:
 
     // Collects the nodes a public write operation touched; the outermost
     // scope calls back everything that depends on them.
-    class WriteScope
-    {
+    class WriteScope {
     public:
         WriteScope(NodeMap &map, Node *origin);
         ~WriteScope();
@@ -88,8 +85,7 @@ public:
 
     // Bounds the depth of nested evaluation; a cycle of references in a
     // description ends here with an exception that names the node.
-    class EvalGuard
-    {
+    class EvalGuard {
     public:
         EvalGuard(NodeMap &map, const Node &node);
         ~EvalGuard() { --m_map.m_evalDepth; }
@@ -120,7 +116,7 @@ private:
     std::vector<std::shared_ptr<CallbackEntry>> m_pendingOutside;
 
     std::vector<std::unique_ptr<Node>> m_nodes; // every node, named or not
-    std::vector<Node *> m_named;                // in description order
+    std::vector<Node *> m_named; // in description order
     std::unordered_map<std::string, Node *> m_byName;
     std::vector<Node *> m_polled;
     std::vector<char> m_visitMarks; // scratch for notifyChanged

@@ -26,7 +26,10 @@ std::string readFile(const gcstring &fileName)
 
 } // namespace
 
-CNodeMapRef::CNodeMapRef(const gcstring &DeviceName) : m_deviceName(DeviceName) {}
+CNodeMapRef::CNodeMapRef(const gcstring &DeviceName)
+    : m_deviceName(DeviceName)
+{
+}
 
 CNodeMapRef::CNodeMapRef(const CNodeMapRef &other)
     : _Ptr(other._Ptr)
@@ -95,7 +98,10 @@ void CNodeMapRef::_LoadXMLFromZIPData(const void *zipData, size_t zipSize)
                                 m_deviceName.str()));
 }
 
-gcstring CNodeMapRef::_GetDeviceName() const { return Checked().GetDeviceName(); }
+gcstring CNodeMapRef::_GetDeviceName() const
+{
+    return Checked().GetDeviceName();
+}
 
 gcstring CNodeMapRef::_GetVendorName() const
 {
@@ -107,23 +113,41 @@ gcstring CNodeMapRef::_GetModelName() const
     return static_cast<impl::NodeMap &>(Checked()).modelName;
 }
 
-void CNodeMapRef::_Poll(int64_t ElapsedTime) { Checked().Poll(ElapsedTime); }
-void CNodeMapRef::_GetNodes(NodeList_t &Nodes) const { Checked().GetNodes(Nodes); }
-INode *CNodeMapRef::_GetNode(const gcstring &Name) const { return Checked().GetNode(Name); }
+void CNodeMapRef::_Poll(int64_t ElapsedTime)
+{
+    Checked().Poll(ElapsedTime);
+}
+void CNodeMapRef::_GetNodes(NodeList_t &Nodes) const
+{
+    Checked().GetNodes(Nodes);
+}
+INode *CNodeMapRef::_GetNode(const gcstring &Name) const
+{
+    return Checked().GetNode(Name);
+}
 
 bool CNodeMapRef::_Connect(IPort *pPort, const gcstring &PortName) const
 {
     return Checked().Connect(pPort, PortName);
 }
 
-bool CNodeMapRef::_Connect(IPort *pPort) const { return Checked().Connect(pPort); }
-void CNodeMapRef::_InvalidateNodes() const { Checked().InvalidateNodes(); }
+bool CNodeMapRef::_Connect(IPort *pPort) const
+{
+    return Checked().Connect(pPort);
+}
+void CNodeMapRef::_InvalidateNodes() const
+{
+    Checked().InvalidateNodes();
+}
 
 bool CNodeMapRef::_ParseSwissKnife(const gcstring &Expression) const
 {
     return Checked().ParseSwissKnife(Expression);
 }
 
-CNodeMapRef::operator INodeMap *() const { return _Ptr; }
+CNodeMapRef::operator INodeMap *() const
+{
+    return _Ptr;
+}
 
 } // namespace GenApi_3_0

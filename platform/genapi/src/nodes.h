@@ -49,8 +49,7 @@ struct Property {
 
 struct CallbackEntry;
 
-class Node : public virtual INode, public virtual ISelector
-{
+class Node : public virtual INode, public virtual ISelector {
 public:
     Node(NodeMap &map, std::string name, const char *typeName);
     ~Node() override;
@@ -85,7 +84,7 @@ public:
 
     // Register nodes hold a cache; everything else is computed on demand.
     virtual bool isRegister() const { return false; }
-    virtual void invalidateCache() {}
+    virtual void invalidateCache() { }
     // For polling: re-reads the register; true when the bytes changed.
     virtual bool pollRegister() { return false; }
     // Appends the registers this node's value depends on (itself included).
@@ -108,7 +107,7 @@ public:
     void setFeature() { m_isFeature = true; }
     void setNameSpace(ENameSpace nameSpace) { m_nameSpace = nameSpace; }
 
-    std::vector<Node *> dependents;  // nodes to call back when this one changes
+    std::vector<Node *> dependents; // nodes to call back when this one changes
     std::vector<Node *> readingRefs; // resolved reading references, for the graph
 
     // "Node 'Name'" for messages.
@@ -212,8 +211,7 @@ protected:
 };
 
 // Base of every node that carries a value (everything but Port).
-class ValueNode : public Node, public virtual IValue
-{
+class ValueNode : public Node, public virtual IValue {
 public:
     using Node::Node;
     INode *GetNode() override { return this; }
@@ -228,9 +226,7 @@ protected:
 
 // A value that lives in the node (Value), behind another node (pValue) or
 // is chosen by a selector (pIndex with ValueIndexed entries).
-template <class T>
-class ValueSource
-{
+template <class T> class ValueSource {
 public:
     bool applyProperty(Node &owner, const Property &property);
     void collectRefs(std::vector<Ref *> &reading);
@@ -267,10 +263,12 @@ private:
     Ref m_pDefault;
 };
 
-class Category final : public ValueNode, public ICategory
-{
+class Category final : public ValueNode, public ICategory {
 public:
-    Category(NodeMap &map, std::string name) : ValueNode(map, std::move(name), "Category") {}
+    Category(NodeMap &map, std::string name)
+        : ValueNode(map, std::move(name), "Category")
+    {
+    }
     bool applyProperty(const Property &property) override;
     void finishLoad() override;
     void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
@@ -284,8 +282,7 @@ protected:
 };
 
 // Shared implementation of IInteger; subclasses provide the value.
-class IntegerBase : public ValueNode, public IInteger
-{
+class IntegerBase : public ValueNode, public IInteger {
 public:
     using ValueNode::ValueNode;
     bool applyProperty(const Property &property) override;
@@ -309,7 +306,10 @@ protected:
     void verify(int64_t value);
     std::string toText(bool verify, bool ignoreCache) override;
     void fromText(const std::string &text, bool verify) override;
-    double doGetFloat(bool ignoreCache) override { return static_cast<double>(doGetInt(ignoreCache)); }
+    double doGetFloat(bool ignoreCache) override
+    {
+        return static_cast<double>(doGetInt(ignoreCache));
+    }
     void doPutFloat(double value) override;
     std::string doGetString(bool ignoreCache) override;
     ERepresentation doRepresentation() override;
@@ -331,10 +331,12 @@ protected:
     int64_t m_imposedMax = 0;
 };
 
-class Integer final : public IntegerBase
-{
+class Integer final : public IntegerBase {
 public:
-    Integer(NodeMap &map, std::string name) : IntegerBase(map, std::move(name), "Integer") {}
+    Integer(NodeMap &map, std::string name)
+        : IntegerBase(map, std::move(name), "Integer")
+    {
+    }
     bool applyProperty(const Property &property) override;
     void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
     void finishLoad() override;
@@ -361,10 +363,12 @@ private:
 
 // Register access shared by IntReg, MaskedIntReg, FloatReg, StringReg and
 // Register: address computation, port access and the value cache.
-class RegisterCore
-{
+class RegisterCore {
 public:
-    explicit RegisterCore(Node &owner) : m_owner(owner) {}
+    explicit RegisterCore(Node &owner)
+        : m_owner(owner)
+    {
+    }
     bool applyProperty(const Property &property);
     void collectRefs(std::vector<Ref *> &reading);
     void finishLoad();
@@ -413,8 +417,7 @@ private:
 
 // IntReg, MaskedIntReg (also the entries of a StructReg), IntKey and
 // AdvFeatureLock.
-class IntReg final : public IntegerBase
-{
+class IntReg final : public IntegerBase {
 public:
     IntReg(NodeMap &map, std::string name, const char *typeName, bool masked);
     bool applyProperty(const Property &property) override;
@@ -445,8 +448,7 @@ private:
 };
 
 // Shared implementation of IFloat.
-class FloatBase : public ValueNode, public IFloat
-{
+class FloatBase : public ValueNode, public IFloat {
 public:
     using ValueNode::ValueNode;
     bool applyProperty(const Property &property) override;
@@ -498,10 +500,12 @@ protected:
     double m_imposedMin = 0, m_imposedMax = 0;
 };
 
-class Float final : public FloatBase
-{
+class Float final : public FloatBase {
 public:
-    Float(NodeMap &map, std::string name) : FloatBase(map, std::move(name), "Float") {}
+    Float(NodeMap &map, std::string name)
+        : FloatBase(map, std::move(name), "Float")
+    {
+    }
     bool applyProperty(const Property &property) override;
     void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
 
@@ -525,8 +529,7 @@ private:
     std::vector<double> m_validValues;
 };
 
-class FloatReg final : public FloatBase
-{
+class FloatReg final : public FloatBase {
 public:
     FloatReg(NodeMap &map, std::string name)
         : FloatBase(map, std::move(name), "FloatReg")
@@ -552,8 +555,7 @@ private:
 };
 
 // The variables, constants and expressions of a SwissKnife or Converter.
-class FormulaScope final : public FormulaVariables
-{
+class FormulaScope final : public FormulaVariables {
 public:
     bool applyProperty(const Property &property);
     void collectRefs(std::vector<Ref *> &reading);
@@ -586,8 +588,7 @@ private:
 };
 
 // IntSwissKnife (isInt) and SwissKnife.
-class IntSwissKnife final : public IntegerBase
-{
+class IntSwissKnife final : public IntegerBase {
 public:
     IntSwissKnife(NodeMap &map, std::string name)
         : IntegerBase(map, std::move(name), "IntSwissKnife")
@@ -607,10 +608,12 @@ private:
     Formula m_formula;
 };
 
-class SwissKnife final : public FloatBase
-{
+class SwissKnife final : public FloatBase {
 public:
-    SwissKnife(NodeMap &map, std::string name) : FloatBase(map, std::move(name), "SwissKnife") {}
+    SwissKnife(NodeMap &map, std::string name)
+        : FloatBase(map, std::move(name), "SwissKnife")
+    {
+    }
     bool applyProperty(const Property &property) override;
     void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
     void finishLoad() override;
@@ -644,8 +647,7 @@ struct ConverterCore {
     ESlope slope = Automatic;
 };
 
-class IntConverter final : public IntegerBase
-{
+class IntConverter final : public IntegerBase {
 public:
     IntConverter(NodeMap &map, std::string name)
         : IntegerBase(map, std::move(name), "IntConverter")
@@ -666,10 +668,12 @@ private:
     ConverterCore m_core;
 };
 
-class Converter final : public FloatBase
-{
+class Converter final : public FloatBase {
 public:
-    Converter(NodeMap &map, std::string name) : FloatBase(map, std::move(name), "Converter") {}
+    Converter(NodeMap &map, std::string name)
+        : FloatBase(map, std::move(name), "Converter")
+    {
+    }
     bool applyProperty(const Property &property) override;
     void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
     void finishLoad() override { m_core.finishLoad(*this); }
@@ -685,10 +689,12 @@ private:
     ConverterCore m_core;
 };
 
-class Boolean final : public ValueNode, public IBoolean
-{
+class Boolean final : public ValueNode, public IBoolean {
 public:
-    Boolean(NodeMap &map, std::string name) : ValueNode(map, std::move(name), "Boolean") {}
+    Boolean(NodeMap &map, std::string name)
+        : ValueNode(map, std::move(name), "Boolean")
+    {
+    }
     bool applyProperty(const Property &property) override;
     void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
     void SetValue(bool Value, bool Verify = true) override;
@@ -711,10 +717,12 @@ private:
     bool m_storedIsBool = false; // <Value>true</Value>: kept as 1/0
 };
 
-class Command final : public ValueNode, public ICommand
-{
+class Command final : public ValueNode, public ICommand {
 public:
-    Command(NodeMap &map, std::string name) : ValueNode(map, std::move(name), "Command") {}
+    Command(NodeMap &map, std::string name)
+        : ValueNode(map, std::move(name), "Command")
+    {
+    }
     bool applyProperty(const Property &property) override;
     void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
     void Execute(bool Verify = true) override;
@@ -736,10 +744,10 @@ private:
 
 class EnumEntry;
 
-class Enumeration final : public ValueNode, public IEnumeration
-{
+class Enumeration final : public ValueNode, public IEnumeration {
 public:
-    Enumeration(NodeMap &map, std::string name) : ValueNode(map, std::move(name), "Enumeration")
+    Enumeration(NodeMap &map, std::string name)
+        : ValueNode(map, std::move(name), "Enumeration")
     {
     }
     bool applyProperty(const Property &property) override;
@@ -771,8 +779,7 @@ private:
     ValueSource<int64_t> m_source;
 };
 
-class EnumEntry final : public ValueNode, public IEnumEntry
-{
+class EnumEntry final : public ValueNode, public IEnumEntry {
 public:
     EnumEntry(NodeMap &map, std::string name, std::string symbolic, Enumeration *parent)
         : ValueNode(map, std::move(name), "EnumEntry")
@@ -806,8 +813,7 @@ private:
 
 // String (a value in the node or behind pValue), StringReg, and the
 // register-backed text nodes.
-class String final : public ValueNode, public IString
-{
+class String final : public ValueNode, public IString {
 public:
     String(NodeMap &map, std::string name, const char *typeName, bool isRegister);
     bool applyProperty(const Property &property) override;
@@ -841,8 +847,7 @@ private:
 };
 
 // Register and the register-like SmartFeature: raw bytes.
-class Register final : public ValueNode, public IRegister
-{
+class Register final : public ValueNode, public IRegister {
 public:
     Register(NodeMap &map, std::string name, const char *typeName)
         : ValueNode(map, std::move(name), typeName)
@@ -873,10 +878,12 @@ private:
     RegisterCore m_core;
 };
 
-class Port final : public Node, public IPort
-{
+class Port final : public Node, public IPort {
 public:
-    Port(NodeMap &map, std::string name) : Node(map, std::move(name), "Port") {}
+    Port(NodeMap &map, std::string name)
+        : Node(map, std::move(name), "Port")
+    {
+    }
     bool applyProperty(const Property &property) override;
     void Read(void *pBuffer, int64_t Address, int64_t Length) override;
     void Write(const void *pBuffer, int64_t Address, int64_t Length) override;
@@ -893,7 +900,8 @@ private:
 
 // Property parsing, shared by the node classes. Each throws
 // PropertyException naming the line, the node and the malformed text.
-[[noreturn]] void throwBadProperty(const Node &node, const Property &property, const char *expected);
+[[noreturn]] void throwBadProperty(const Node &node, const Property &property,
+                                   const char *expected);
 int64_t propertyInt(const Node &node, const Property &property);
 double propertyDouble(const Node &node, const Property &property);
 bool propertyYesNo(const Node &node, const Property &property);

@@ -138,7 +138,8 @@ int64_t RegisterCore::address()
     for (Ref &r : m_pAddress)
         sum += static_cast<uint64_t>(r.node->getInt(false));
     if (m_pIndex.node) {
-        const int64_t offset = m_pIndexOffset.node ? m_pIndexOffset.node->getInt(false) : m_indexOffset;
+        const int64_t offset
+            = m_pIndexOffset.node ? m_pIndexOffset.node->getInt(false) : m_indexOffset;
         sum += static_cast<uint64_t>(m_pIndex.node->getInt(false)) * static_cast<uint64_t>(offset);
     }
     return static_cast<int64_t>(sum);
@@ -291,7 +292,8 @@ void IntReg::finishLoad()
     m_core.finishLoad();
     m_cachingMode = m_core.caching();
     if (m_masked && (m_lsb < 0 || m_msb < 0))
-        throw PROPERTY_EXCEPTION("line %u: node '%s' has no LSB/MSB or Bit", m_line, m_name.c_str());
+        throw PROPERTY_EXCEPTION("line %u: node '%s' has no LSB/MSB or Bit", m_line,
+                                 m_name.c_str());
 }
 
 void IntReg::field(int64_t registerBits, int &shift, int &width) const

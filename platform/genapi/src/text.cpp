@@ -191,8 +191,8 @@ std::string formatDouble(double value, EDisplayNotation notation, int64_t precis
                                digits);
         break;
     case fnScientific:
-        result = std::to_chars(buffer, buffer + sizeof buffer, value,
-                               std::chars_format::scientific, digits);
+        result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific,
+                               digits);
         break;
     default:
         result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general,

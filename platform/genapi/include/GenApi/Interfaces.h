@@ -17,8 +17,7 @@ class CLock;
 interface INodeMap;
 
 // Root of every interface: the current access mode.
-interface GENAPI_DECL_ABSTRACT IBase
-{
+interface GENAPI_DECL_ABSTRACT IBase {
     // NI, NA, WO, RO or RW, from the register's access, ImposedAccessMode and
     // the pIsImplemented/pIsAvailable/pIsLocked nodes. May throw when one of
     // those nodes cannot be read.
@@ -27,8 +26,7 @@ interface GENAPI_DECL_ABSTRACT IBase
 };
 
 // Metadata, dependencies and callbacks of a node.
-interface GENAPI_DECL_ABSTRACT INode : virtual public IBase
-{
+interface GENAPI_DECL_ABSTRACT INode : virtual public IBase {
     virtual gcstring GetName(bool FullQualified = false) const = 0;
     virtual ENameSpace GetNameSpace() const = 0;
     virtual EVisibility GetVisibility() const = 0;
@@ -45,7 +43,8 @@ interface GENAPI_DECL_ABSTRACT INode : virtual public IBase
     // The DisplayName, or the name when the description gives none.
     virtual gcstring GetDisplayName() const = 0;
     virtual gcstring GetDeviceName() const = 0;
-    virtual void GetChildren(NodeList_t &Children, ELinkType LinkType = ctReadingChildren) const = 0;
+    virtual void GetChildren(NodeList_t &Children,
+                             ELinkType LinkType = ctReadingChildren) const = 0;
     virtual void GetParents(NodeList_t &Parents, ELinkType LinkType = ctReadingChildren) const = 0;
     // Takes ownership of pCallback; returns the handle for DeregisterCallback.
     virtual CallbackHandleType RegisterCallback(CNodeCallback *pCallback) = 0;
@@ -56,7 +55,8 @@ interface GENAPI_DECL_ABSTRACT INode : virtual public IBase
     virtual bool IsStreamable() const = 0;
     virtual void GetPropertyNames(gcstring_vector &PropertyNames) const = 0;
     virtual bool GetProperty(const gcstring &PropertyName, gcstring &ValueStr,
-                             gcstring &AttributeStr) = 0;
+                             gcstring &AttributeStr)
+        = 0;
     virtual void ImposeAccessMode(EAccessMode ImposedAccessMode) = 0;
     virtual void ImposeVisibility(EVisibility ImposedVisibility) = 0;
     virtual INode *GetAlias() const = 0;
@@ -70,8 +70,7 @@ interface GENAPI_DECL_ABSTRACT INode : virtual public IBase
 };
 
 // Common to every value-bearing node.
-interface GENAPI_DECL_ABSTRACT IValue : virtual public IBase
-{
+interface GENAPI_DECL_ABSTRACT IValue : virtual public IBase {
     virtual INode *GetNode() = 0;
     virtual gcstring ToString(bool Verify = false, bool IgnoreCache = false) = 0;
     virtual void FromString(const gcstring &ValueStr, bool Verify = true) = 0;
@@ -79,13 +78,11 @@ interface GENAPI_DECL_ABSTRACT IValue : virtual public IBase
 };
 
 // A branch of the feature tree.
-interface GENAPI_DECL_ABSTRACT ICategory : virtual public IValue
-{
+interface GENAPI_DECL_ABSTRACT ICategory : virtual public IValue {
     virtual void GetFeatures(FeatureList_t &Features) const = 0;
 };
 
-interface GENAPI_DECL_ABSTRACT IInteger : virtual public IValue
-{
+interface GENAPI_DECL_ABSTRACT IInteger : virtual public IValue {
     // Throws AccessException when not writable, OutOfRangeException when the
     // value is outside [GetMin(), GetMax()] or off the increment (Verify).
     virtual void SetValue(int64_t Value, bool Verify = true) = 0;
@@ -104,8 +101,7 @@ interface GENAPI_DECL_ABSTRACT IInteger : virtual public IValue
     virtual void ImposeMax(int64_t Value) = 0;
 };
 
-interface GENAPI_DECL_ABSTRACT IFloat : virtual public IValue
-{
+interface GENAPI_DECL_ABSTRACT IFloat : virtual public IValue {
     virtual void SetValue(double Value, bool Verify = true) = 0;
     virtual IFloat &operator=(double Value) = 0;
     virtual double GetValue(bool Verify = false, bool IgnoreCache = false) = 0;
@@ -126,16 +122,14 @@ interface GENAPI_DECL_ABSTRACT IFloat : virtual public IValue
     virtual void ImposeMax(double Value) = 0;
 };
 
-interface GENAPI_DECL_ABSTRACT IBoolean : virtual public IValue
-{
+interface GENAPI_DECL_ABSTRACT IBoolean : virtual public IValue {
     virtual void SetValue(bool Value, bool Verify = true) = 0;
     virtual void operator=(bool Value) = 0;
     virtual bool GetValue(bool Verify = false, bool IgnoreCache = false) const = 0;
     virtual bool operator()() const = 0;
 };
 
-interface GENAPI_DECL_ABSTRACT ICommand : virtual public IValue
-{
+interface GENAPI_DECL_ABSTRACT ICommand : virtual public IValue {
     // Writes the command value to the command's register.
     virtual void Execute(bool Verify = true) = 0;
     virtual void operator()() = 0;
@@ -144,8 +138,7 @@ interface GENAPI_DECL_ABSTRACT ICommand : virtual public IValue
     virtual bool IsDone(bool Verify = true) = 0;
 };
 
-interface GENAPI_DECL_ABSTRACT IString : virtual public IValue
-{
+interface GENAPI_DECL_ABSTRACT IString : virtual public IValue {
     virtual void SetValue(const gcstring &Value, bool Verify = true) = 0;
     virtual IString &operator=(const gcstring &Value) = 0;
     virtual gcstring GetValue(bool Verify = false, bool IgnoreCache = false) = 0;
@@ -156,8 +149,7 @@ interface GENAPI_DECL_ABSTRACT IString : virtual public IValue
 
 interface IEnumEntry;
 
-interface GENAPI_DECL_ABSTRACT IEnumeration : virtual public IValue
-{
+interface GENAPI_DECL_ABSTRACT IEnumeration : virtual public IValue {
     // Symbolic names of the entries that are currently available.
     virtual void GetSymbolics(StringList_t &Symbolics) = 0;
     // Every entry node, available or not.
@@ -171,16 +163,14 @@ interface GENAPI_DECL_ABSTRACT IEnumeration : virtual public IValue
     virtual IEnumEntry *GetEntry(const int64_t IntValue) = 0;
 };
 
-interface GENAPI_DECL_ABSTRACT IEnumEntry : virtual public IValue
-{
+interface GENAPI_DECL_ABSTRACT IEnumEntry : virtual public IValue {
     virtual int64_t GetValue() = 0;
     virtual gcstring GetSymbolic() const = 0;
     virtual double GetNumericValue() = 0;
     virtual bool IsSelfClearing() = 0;
 };
 
-interface GENAPI_DECL_ABSTRACT ISelector : virtual public IBase
-{
+interface GENAPI_DECL_ABSTRACT ISelector : virtual public IBase {
     virtual bool IsSelector() const = 0;
     // The features this node selects (its pSelected list).
     virtual void GetSelectedFeatures(FeatureList_t &Features) const = 0;
@@ -188,11 +178,11 @@ interface GENAPI_DECL_ABSTRACT ISelector : virtual public IBase
     virtual void GetSelectingFeatures(FeatureList_t &Features) const = 0;
 };
 
-interface GENAPI_DECL_ABSTRACT IRegister : virtual public IValue
-{
+interface GENAPI_DECL_ABSTRACT IRegister : virtual public IValue {
     virtual void Set(const uint8_t *pBuffer, int64_t Length, bool Verify = true) = 0;
     virtual void Get(uint8_t *pBuffer, int64_t Length, bool Verify = false,
-                     bool IgnoreCache = false) = 0;
+                     bool IgnoreCache = false)
+        = 0;
     virtual int64_t GetLength() = 0;
     virtual int64_t GetAddress() = 0;
 };
@@ -200,15 +190,13 @@ interface GENAPI_DECL_ABSTRACT IRegister : virtual public IValue
 // Register access to a device. A host implements Read, Write and
 // GetAccessMode; failures are reported by throwing GenericException
 // subclasses (AccessException, TimeoutException, ...).
-interface GENAPI_DECL_ABSTRACT IPort : virtual public IBase
-{
+interface GENAPI_DECL_ABSTRACT IPort : virtual public IBase {
     virtual void Read(void *pBuffer, int64_t Address, int64_t Length) = 0;
     virtual void Write(const void *pBuffer, int64_t Address, int64_t Length) = 0;
 };
 
 // A loaded description: the set of nodes and their common lock.
-interface GENAPI_DECL_ABSTRACT INodeMap
-{
+interface GENAPI_DECL_ABSTRACT INodeMap {
     virtual void GetNodes(NodeList_t &Nodes) const = 0;
     // nullptr when there is no node of that name.
     virtual INode *GetNode(const gcstring &Name) const = 0;

@@ -15,8 +15,7 @@
 
 namespace GenApi_3_0 {
 
-class GENAPI_DECL CMemoryPort : public IPort
-{
+class GENAPI_DECL CMemoryPort : public IPort {
 public:
     // size: the addressable bytes; the default spans every non-negative address.
     explicit CMemoryPort(int64_t size = INT64_MAX, EAccessMode accessMode = RW);

@@ -15,8 +15,7 @@
 
 namespace GenApi_3_0 {
 
-class GENAPI_DECL CNodeCallback
-{
+class GENAPI_DECL CNodeCallback {
 public:
     CNodeCallback(INode *pNode, ECallbackType CallbackType)
         : m_pNode(pNode)
@@ -36,9 +35,7 @@ protected:
     ECallbackType m_CallbackType;
 };
 
-template <class Function>
-class Function_NodeCallback : public CNodeCallback
-{
+template <class Function> class Function_NodeCallback : public CNodeCallback {
 public:
     Function_NodeCallback(INode *pNode, const Function &function, ECallbackType CallbackType)
         : CNodeCallback(pNode, CallbackType)
@@ -61,9 +58,7 @@ private:
     const Function m_pFunction;
 };
 
-template <class Client, class Member>
-class Member_NodeCallback : public CNodeCallback
-{
+template <class Client, class Member> class Member_NodeCallback : public CNodeCallback {
 public:
     Member_NodeCallback(INode *pNode, Client &client, Member member, ECallbackType CallbackType)
         : CNodeCallback(pNode, CallbackType)

@@ -17,8 +17,7 @@
 
 namespace GenApi_3_0 {
 
-class GENAPI_DECL CNodeMapRef
-{
+class GENAPI_DECL CNodeMapRef {
 public:
     explicit CNodeMapRef(const gcstring &DeviceName = "Device");
     CNodeMapRef(const CNodeMapRef &other);

@@ -9,16 +9,18 @@
 
 namespace GenApi_3_0 {
 
-template <class T, class B = IBase>
-class CPointer
-{
+template <class T, class B = IBase> class CPointer {
 public:
     CPointer() = default;
-    CPointer(B *pB) : m_pT(dynamic_cast<T *>(pB)) {}
+    CPointer(B *pB)
+        : m_pT(dynamic_cast<T *>(pB))
+    {
+    }
     CPointer(const CPointer &) = default;
     CPointer &operator=(const CPointer &) = default;
     template <class T2, class B2>
-    CPointer(const CPointer<T2, B2> &other) : m_pT(dynamic_cast<T *>(other.Get()))
+    CPointer(const CPointer<T2, B2> &other)
+        : m_pT(dynamic_cast<T *>(other.Get()))
     {
     }
     virtual ~CPointer() = default;
@@ -65,33 +67,53 @@ typedef CPointer<IRegister> CRegisterPtr;
 typedef CPointer<IPort> CPortPtr;
 typedef CPointer<INodeMap, INodeMap> CNodeMapPtr;
 
-inline bool IsReadable(EAccessMode AccessMode) { return AccessMode == RO || AccessMode == RW; }
-inline bool IsWritable(EAccessMode AccessMode) { return AccessMode == WO || AccessMode == RW; }
-inline bool IsImplemented(EAccessMode AccessMode) { return AccessMode != NI; }
-inline bool IsAvailable(EAccessMode AccessMode) { return AccessMode != NI && AccessMode != NA; }
+inline bool IsReadable(EAccessMode AccessMode)
+{
+    return AccessMode == RO || AccessMode == RW;
+}
+inline bool IsWritable(EAccessMode AccessMode)
+{
+    return AccessMode == WO || AccessMode == RW;
+}
+inline bool IsImplemented(EAccessMode AccessMode)
+{
+    return AccessMode != NI;
+}
+inline bool IsAvailable(EAccessMode AccessMode)
+{
+    return AccessMode != NI && AccessMode != NA;
+}
 
-inline bool IsReadable(const IBase *p) { return p && IsReadable(p->GetAccessMode()); }
-inline bool IsWritable(const IBase *p) { return p && IsWritable(p->GetAccessMode()); }
-inline bool IsImplemented(const IBase *p) { return p && IsImplemented(p->GetAccessMode()); }
-inline bool IsAvailable(const IBase *p) { return p && IsAvailable(p->GetAccessMode()); }
+inline bool IsReadable(const IBase *p)
+{
+    return p && IsReadable(p->GetAccessMode());
+}
+inline bool IsWritable(const IBase *p)
+{
+    return p && IsWritable(p->GetAccessMode());
+}
+inline bool IsImplemented(const IBase *p)
+{
+    return p && IsImplemented(p->GetAccessMode());
+}
+inline bool IsAvailable(const IBase *p)
+{
+    return p && IsAvailable(p->GetAccessMode());
+}
 
-template <class T, class B>
-bool IsReadable(const CPointer<T, B> &p)
+template <class T, class B> bool IsReadable(const CPointer<T, B> &p)
 {
     return p.IsValid() && IsReadable(p->GetAccessMode());
 }
-template <class T, class B>
-bool IsWritable(const CPointer<T, B> &p)
+template <class T, class B> bool IsWritable(const CPointer<T, B> &p)
 {
     return p.IsValid() && IsWritable(p->GetAccessMode());
 }
-template <class T, class B>
-bool IsImplemented(const CPointer<T, B> &p)
+template <class T, class B> bool IsImplemented(const CPointer<T, B> &p)
 {
     return p.IsValid() && IsImplemented(p->GetAccessMode());
 }
-template <class T, class B>
-bool IsAvailable(const CPointer<T, B> &p)
+template <class T, class B> bool IsAvailable(const CPointer<T, B> &p)
 {
     return p.IsValid() && IsAvailable(p->GetAccessMode());
 }

@@ -10,8 +10,7 @@ namespace GenApi_3_0 {
 
 // A recursive lock. The node map locks it around every operation; a host may
 // hold it across several calls (AutoLock) from one thread.
-class GENAPI_DECL CLock
-{
+class GENAPI_DECL CLock {
 public:
     CLock() = default;
     CLock(const CLock &) = delete;
@@ -24,10 +23,13 @@ private:
     std::recursive_mutex m_mutex;
 };
 
-class AutoLock
-{
+class AutoLock {
 public:
-    explicit AutoLock(CLock &lock) : m_lock(lock) { m_lock.Lock(); }
+    explicit AutoLock(CLock &lock)
+        : m_lock(lock)
+    {
+        m_lock.Lock();
+    }
     ~AutoLock() { m_lock.Unlock(); }
     AutoLock(const AutoLock &) = delete;
     AutoLock &operator=(const AutoLock &) = delete;

@@ -28,9 +28,9 @@ enum EVisibility { Beginner = 0, Expert = 1, Guru = 2, Invisible = 3, _Undefined
 
 // How register values are cached.
 enum ECachingMode {
-    NoCache,      // every read goes to the device
+    NoCache, // every read goes to the device
     WriteThrough, // a write updates the cache
-    WriteAround,  // a write invalidates the cache; the next read goes to the device
+    WriteAround, // a write invalidates the cache; the next read goes to the device
     _UndefinedCachingMode
 };
 
@@ -102,12 +102,17 @@ typedef std::vector<IValue *> FeatureList_t;
 typedef gcstring_vector StringList_t;
 
 // A list of 64-bit integers, as returned by GetListOfValidValues().
-class GENAPI_DECL int64_autovector_t
-{
+class GENAPI_DECL int64_autovector_t {
 public:
     int64_autovector_t() = default;
-    explicit int64_autovector_t(size_t count) : m_items(count) {}
-    int64_autovector_t(const int64_t *values, size_t count) : m_items(values, values + count) {}
+    explicit int64_autovector_t(size_t count)
+        : m_items(count)
+    {
+    }
+    int64_autovector_t(const int64_t *values, size_t count)
+        : m_items(values, values + count)
+    {
+    }
     size_t size() const { return m_items.size(); }
     bool empty() const { return m_items.empty(); }
     int64_t &operator[](size_t index) { return m_items[index]; }
@@ -121,12 +126,17 @@ private:
 };
 
 // A list of doubles, as returned by GetListOfValidValues().
-class GENAPI_DECL double_autovector_t
-{
+class GENAPI_DECL double_autovector_t {
 public:
     double_autovector_t() = default;
-    explicit double_autovector_t(size_t count) : m_items(count) {}
-    double_autovector_t(const double *values, size_t count) : m_items(values, values + count) {}
+    explicit double_autovector_t(size_t count)
+        : m_items(count)
+    {
+    }
+    double_autovector_t(const double *values, size_t count)
+        : m_items(values, values + count)
+    {
+    }
     size_t size() const { return m_items.size(); }
     bool empty() const { return m_items.empty(); }
     double &operator[](size_t index) { return m_items[index]; }

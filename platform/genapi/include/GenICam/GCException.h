@@ -14,8 +14,7 @@
 
 namespace GenICam_3_0 {
 
-class GCBASE_API GenericException : public std::exception
-{
+class GCBASE_API GenericException : public std::exception {
 public:
     GenericException(const char *description, const char *sourceFileName, unsigned int sourceLine);
     GenericException(const char *description, const char *sourceFileName, unsigned int sourceLine,
@@ -39,19 +38,18 @@ private:
     unsigned int m_sourceLine = 0;
 };
 
-#define GENICAM_DECLARE_EXCEPTION(name)                                                           \
-    class GCBASE_API name : public GenericException                                               \
-    {                                                                                             \
-    public:                                                                                       \
-        name(const char *description, const char *sourceFileName, unsigned int sourceLine)        \
-            : GenericException(description, sourceFileName, sourceLine, #name)                    \
-        {                                                                                         \
-        }                                                                                         \
-        name(const char *description, const char *sourceFileName, unsigned int sourceLine,        \
-             const char *exceptionType)                                                           \
-            : GenericException(description, sourceFileName, sourceLine, exceptionType)            \
-        {                                                                                         \
-        }                                                                                         \
+#define GENICAM_DECLARE_EXCEPTION(name)                                                            \
+    class GCBASE_API name : public GenericException {                                              \
+    public:                                                                                        \
+        name(const char *description, const char *sourceFileName, unsigned int sourceLine)         \
+            : GenericException(description, sourceFileName, sourceLine, #name)                     \
+        {                                                                                          \
+        }                                                                                          \
+        name(const char *description, const char *sourceFileName, unsigned int sourceLine,         \
+             const char *exceptionType)                                                            \
+            : GenericException(description, sourceFileName, sourceLine, exceptionType)             \
+        {                                                                                          \
+        }                                                                                          \
     }
 
 // Memory could not be allocated.
@@ -77,9 +75,7 @@ GENICAM_DECLARE_EXCEPTION(DynamicCastException);
 
 // Formats a printf-style description and returns the exception to throw, as
 // in `throw RUNTIME_EXCEPTION("Node '%s' failed", name)`.
-template <class E>
-class ExceptionReporter
-{
+template <class E> class ExceptionReporter {
 public:
     ExceptionReporter(const char *sourceFileName, unsigned int sourceLine, const char *type)
         : m_file(sourceFileName)
@@ -99,8 +95,7 @@ private:
 
 GCBASE_API std::string FormatExceptionText(const char *format, va_list args);
 
-template <class E>
-E ExceptionReporter<E>::Report(const char *format, ...) const
+template <class E> E ExceptionReporter<E>::Report(const char *format, ...) const
 {
     va_list args;
     va_start(args, format);
@@ -111,7 +106,7 @@ E ExceptionReporter<E>::Report(const char *format, ...) const
 
 } // namespace GenICam_3_0
 
-#define GENICAM_EXCEPTION_REPORTER(type)                                                          \
+#define GENICAM_EXCEPTION_REPORTER(type)                                                           \
     GenICam_3_0::ExceptionReporter<GenICam_3_0::type>(__FILE__, __LINE__, #type).Report
 #define GENERIC_EXCEPTION GENICAM_EXCEPTION_REPORTER(GenericException)
 #define BAD_ALLOC_EXCEPTION GENICAM_EXCEPTION_REPORTER(BadAllocException)

@@ -14,18 +14,32 @@
 
 namespace GenICam_3_0 {
 
-class GCBASE_API gcstring
-{
+class GCBASE_API gcstring {
 public:
     static const size_t _npos = static_cast<size_t>(-1);
     static size_t npos() { return _npos; }
 
     gcstring() = default;
-    gcstring(const char *text) : m_str(text ? text : "") {}
-    gcstring(const char *text, size_t count) : m_str(text ? std::string(text, count) : std::string()) {}
-    gcstring(size_t count, char ch) : m_str(count, ch) {}
-    gcstring(const std::string &text) : m_str(text) {}
-    gcstring(std::string &&text) : m_str(std::move(text)) {}
+    gcstring(const char *text)
+        : m_str(text ? text : "")
+    {
+    }
+    gcstring(const char *text, size_t count)
+        : m_str(text ? std::string(text, count) : std::string())
+    {
+    }
+    gcstring(size_t count, char ch)
+        : m_str(count, ch)
+    {
+    }
+    gcstring(const std::string &text)
+        : m_str(text)
+    {
+    }
+    gcstring(std::string &&text)
+        : m_str(std::move(text))
+    {
+    }
     gcstring(const gcstring &) = default;
     gcstring(gcstring &&) noexcept = default;
     gcstring &operator=(const gcstring &) = default;
@@ -92,7 +106,10 @@ public:
 
     int compare(const gcstring &other) const { return m_str.compare(other.m_str); }
     size_t find(char ch, size_t offset = 0) const { return m_str.find(ch, offset); }
-    size_t find(const gcstring &text, size_t offset = 0) const { return m_str.find(text.m_str, offset); }
+    size_t find(const gcstring &text, size_t offset = 0) const
+    {
+        return m_str.find(text.m_str, offset);
+    }
     size_t rfind(char ch, size_t offset = _npos) const { return m_str.rfind(ch, offset); }
     size_t rfind(const gcstring &text, size_t offset = _npos) const
     {
@@ -129,16 +146,46 @@ private:
     std::string m_str;
 };
 
-inline bool operator==(const gcstring &a, const gcstring &b) { return a.str() == b.str(); }
-inline bool operator==(const gcstring &a, const char *b) { return a.str() == (b ? b : ""); }
-inline bool operator==(const char *a, const gcstring &b) { return b == a; }
-inline bool operator!=(const gcstring &a, const gcstring &b) { return !(a == b); }
-inline bool operator!=(const gcstring &a, const char *b) { return !(a == b); }
-inline bool operator!=(const char *a, const gcstring &b) { return !(b == a); }
-inline bool operator<(const gcstring &a, const gcstring &b) { return a.str() < b.str(); }
-inline bool operator>(const gcstring &a, const gcstring &b) { return b < a; }
-inline bool operator<=(const gcstring &a, const gcstring &b) { return !(b < a); }
-inline bool operator>=(const gcstring &a, const gcstring &b) { return !(a < b); }
+inline bool operator==(const gcstring &a, const gcstring &b)
+{
+    return a.str() == b.str();
+}
+inline bool operator==(const gcstring &a, const char *b)
+{
+    return a.str() == (b ? b : "");
+}
+inline bool operator==(const char *a, const gcstring &b)
+{
+    return b == a;
+}
+inline bool operator!=(const gcstring &a, const gcstring &b)
+{
+    return !(a == b);
+}
+inline bool operator!=(const gcstring &a, const char *b)
+{
+    return !(a == b);
+}
+inline bool operator!=(const char *a, const gcstring &b)
+{
+    return !(b == a);
+}
+inline bool operator<(const gcstring &a, const gcstring &b)
+{
+    return a.str() < b.str();
+}
+inline bool operator>(const gcstring &a, const gcstring &b)
+{
+    return b < a;
+}
+inline bool operator<=(const gcstring &a, const gcstring &b)
+{
+    return !(b < a);
+}
+inline bool operator>=(const gcstring &a, const gcstring &b)
+{
+    return !(a < b);
+}
 inline gcstring operator+(const gcstring &a, const gcstring &b)
 {
     gcstring result(a);
@@ -160,14 +207,16 @@ inline gcstring operator+(const char *a, const gcstring &b)
 GCBASE_API std::ostream &operator<<(std::ostream &stream, const gcstring &text);
 
 // A list of strings, as returned by GetSymbolics() and similar calls.
-class GCBASE_API gcstring_vector
-{
+class GCBASE_API gcstring_vector {
 public:
     using const_iterator = std::vector<gcstring>::const_iterator;
     using iterator = std::vector<gcstring>::iterator;
 
     gcstring_vector() = default;
-    explicit gcstring_vector(size_t count, const gcstring &value = gcstring()) : m_items(count, value) {}
+    explicit gcstring_vector(size_t count, const gcstring &value = gcstring())
+        : m_items(count, value)
+    {
+    }
 
     size_t size() const { return m_items.size(); }
     bool empty() const { return m_items.empty(); }
