@@ -44,6 +44,11 @@ private Q_SLOTS:
     void indexedValues();
     void registerArrayByIndex();
     void registerWithoutPort();
+    void structRegisterEntries();
+    void malformedRegisters_data();
+    void malformedRegisters();
+    void valueCopies();
+    void memoryPort();
     void selectors();
     void smartPointers();
     void gcstrings();
@@ -742,6 +747,130 @@ void tst_GenApiValues::registerWithoutPort()
     QVERIFY(device.map._Connect(&other, "Other"));
     QVERIFY(!device.map._Connect(&other, "NoSuchPort"));
     QCOMPARE(device.node("Elsewhere")->GetAccessMode(), RW);
+}
+
+void tst_GenApiValues::structRegisterEntries()
+{
+    // Each entry becomes a bit field over the shared register; an entry may
+    // override the register's properties.
+    Device device(
+        "<StructReg Comment=\"Control\"><Address>0x500</Address><Length>4</Length>"
+        "<AccessMode>RW</AccessMode><pPort>Device</pPort><Endianess>BigEndian</Endianess>"
+        "<StructEntry Name=\"Enable\"><Bit>0</Bit></StructEntry>"
+        "<StructEntry Name=\"Level\"><LSB>31</LSB><MSB>24</MSB><Sign>Signed</Sign></StructEntry>"
+        "<StructEntry Name=\"Version\"><LSB>15</LSB><MSB>8</MSB><AccessMode>RO</AccessMode>"
+        "<Visibility>Guru</Visibility></StructEntry></StructReg>");
+    CIntegerPtr enable(device.node("Enable"));
+    CIntegerPtr level(device.node("Level"));
+    CIntegerPtr version(device.node("Version"));
+    QCOMPARE(QString::fromUtf8(device.node("Enable")->GetName().c_str()), QStringLiteral("Enable"));
+    enable->SetValue(1);
+    level->SetValue(-1);
+    uint8_t bytes[4];
+    device.port.Read(bytes, 0x500, 4);
+    QCOMPARE(QByteArray(reinterpret_cast<char *>(bytes), 4), QByteArray("\x80\x00\x00\xFF", 4));
+    QCOMPARE(level->GetMin(), int64_t(-128));
+    QCOMPARE(version->GetNode()->GetAccessMode(), RO);
+    QCOMPARE(version->GetNode()->GetVisibility(), Guru);
+    QCOMPARE(enable->GetNode()->GetAccessMode(), RW);
+    VERIFY_THROWS(version->SetValue(1), "AccessException", "Node 'Version' is not writable");
+}
+
+void tst_GenApiValues::malformedRegisters_data()
+{
+    QTest::addColumn<QString>("xml");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("fragment");
+    QTest::newRow("integer register longer than 8 bytes")
+        << "<IntReg "
+           "Name=\"R\"><Address>0</Address><Length>16</Length><AccessMode>RW</"
+           "AccessMode><pPort>Device</pPort></IntReg>"
+        << "RuntimeException"
+        << "Node 'R': register length 16 is longer than the 8 bytes an integer can hold";
+    QTest::newRow("float register of 3 bytes")
+        << "<FloatReg "
+           "Name=\"R\"><Address>0</Address><Length>3</Length><AccessMode>RW</"
+           "AccessMode><pPort>Device</pPort></FloatReg>"
+        << "RuntimeException"
+        << "must be 4 or 8 bytes long, not 3";
+    QTest::newRow("zero length")
+        << "<IntReg "
+           "Name=\"R\"><Address>0</Address><Length>0</Length><AccessMode>RW</"
+           "AccessMode><pPort>Device</pPort></IntReg>"
+        << "RuntimeException"
+        << "register length 0 is not valid";
+    QTest::newRow("no length") << "<IntReg "
+                                  "Name=\"R\"><Address>0</Address><AccessMode>RW</"
+                                  "AccessMode><pPort>Device</pPort></IntReg>"
+                               << "RuntimeException"
+                               << "register has no Length";
+    QTest::newRow("length from a node gone wrong")
+        << "<Integer Name=\"L\"><Value>-4</Value></Integer><StringReg "
+           "Name=\"R\"><Address>0</Address>"
+           "<pLength>L</pLength><AccessMode>RW</AccessMode><pPort>Device</pPort></StringReg>"
+        << "RuntimeException"
+        << "register length -4 is not valid";
+    QTest::newRow("bit beyond the register")
+        << "<MaskedIntReg "
+           "Name=\"R\"><Address>0</Address><Length>2</Length><AccessMode>RW</AccessMode>"
+           "<pPort>Device</pPort><Bit>20</Bit></MaskedIntReg>"
+        << "RuntimeException"
+        << "bit 20 lies outside the register's 16 bits";
+    QTest::newRow("address beyond the port")
+        << "<IntReg "
+           "Name=\"R\"><Address>-8</Address><Length>4</Length><AccessMode>RW</"
+           "AccessMode><pPort>Device</pPort></IntReg>"
+        << "AccessException"
+        << "Node 'R': reading 4 bytes at 0xFFFFFFFFFFFFFFF8 failed";
+}
+
+void tst_GenApiValues::malformedRegisters()
+{
+    QFETCH(QString, xml);
+    QFETCH(QString, type);
+    QFETCH(QString, fragment);
+    Device device(xml.toStdString());
+    CValuePtr r(device.node("R"));
+    const QString what = GenApiTest::thrown([&] { r->ToString(); });
+    QVERIFY2(what.startsWith(type + QLatin1Char(':')), qPrintable(what));
+    QVERIFY2(what.contains(fragment), qPrintable(what));
+}
+
+void tst_GenApiValues::valueCopies()
+{
+    Device device(
+        intReg("A", 0) + intReg("B", 4)
+        + "<Integer Name=\"Both\"><pValue>A</pValue><pValueCopy>B</pValueCopy></Integer>");
+    CIntegerPtr(device.node("Both"))->SetValue(12);
+    QCOMPARE(device.word(0), uint32_t(12));
+    QCOMPARE(device.word(4), uint32_t(12));
+}
+
+void tst_GenApiValues::memoryPort()
+{
+    CMemoryPort port(10000);
+    QCOMPARE(port.Size(), int64_t(10000));
+    // A write across a page boundary reads back whole.
+    const char text[] = "across the page";
+    port.Write(text, 4090, sizeof text);
+    char back[sizeof text] = {};
+    port.Read(back, 4090, sizeof back);
+    QCOMPARE(QByteArray(back), QByteArray(text));
+    uint32_t untouched = 0xFFFFFFFF;
+    port.Read(&untouched, 8000, 4);
+    QCOMPARE(untouched, uint32_t(0));
+    VERIFY_THROWS(port.Read(back, 9999, 2), "OutOfRangeException",
+                  "2 bytes at 0x270F lie outside the port's 10000 bytes");
+    VERIFY_THROWS(port.Write(text, -1, 1), "OutOfRangeException", "outside the port");
+    VERIFY_THROWS(port.Read(nullptr, 0, 4), "InvalidArgumentException", "NULL");
+    port.SetAccessMode(RO);
+    VERIFY_THROWS(port.Write(text, 0, 1), "AccessException", "not writable");
+    port.Read(back, 0, 1);
+    QCOMPARE(port.ReadCount(), uint64_t(3));
+    QCOMPARE(port.WriteCount(), uint64_t(1));
+    port.Clear();
+    port.Read(back, 4090, sizeof back);
+    QCOMPARE(back[0], '\0');
 }
 
 void tst_GenApiValues::selectors()
