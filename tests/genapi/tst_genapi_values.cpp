@@ -38,6 +38,7 @@ private Q_SLOTS:
     void enumerationErrors();
     void strings();
     void rawRegisters();
+    void typedRegistersAreRegistersToo();
     void accessModes_data();
     void accessModes();
     void writeToReadOnly();
@@ -620,6 +621,30 @@ void tst_GenApiValues::rawRegisters()
                   "buffer of the register's 4 bytes");
     VERIFY_THROWS(blob->FromString("0x0102"), "InvalidArgumentException",
                   "is not 4 hexadecimal bytes");
+}
+
+void tst_GenApiValues::typedRegistersAreRegistersToo()
+{
+    Device device(intReg("I", 0x600)
+                  + "<FloatReg Name=\"F\"><Address>0x608</Address><Length>8</Length>"
+                    "<AccessMode>RW</AccessMode><pPort>Device</pPort></FloatReg>"
+                    "<StringReg Name=\"S\"><Address>0x610</Address><Length>16</Length>"
+                    "<AccessMode>RO</AccessMode><pPort>Device</pPort></StringReg>"
+                    "<String Name=\"Plain\"><Value>x</Value></String>");
+    CRegisterPtr i(device.node("I"));
+    QVERIFY(i.IsValid());
+    QCOMPARE(i->GetAddress(), int64_t(0x600));
+    QCOMPARE(i->GetLength(), int64_t(4));
+    const uint8_t bytes[4] = { 1, 0, 0, 0 };
+    i->Set(bytes, 4);
+    QCOMPARE(CIntegerPtr(device.node("I"))->GetValue(), int64_t(1));
+    QCOMPARE(device.node("I")->GetPrincipalInterfaceType(), intfIInteger);
+    QCOMPARE(CRegisterPtr(device.node("F"))->GetLength(), int64_t(8));
+    CRegisterPtr s(device.node("S"));
+    QCOMPARE(s->GetAddress(), int64_t(0x610));
+    uint8_t buffer[16];
+    VERIFY_THROWS(s->Set(buffer, 16), "AccessException", "Node 'S' is not writable");
+    QVERIFY(!CRegisterPtr(device.node("Plain")).IsValid());
 }
 
 void tst_GenApiValues::accessModes_data()

@@ -104,11 +104,11 @@ private:
         if (type == "String")
             return std::make_unique<String>(m_map, std::move(name), "String", false);
         if (type == "StringReg")
-            return std::make_unique<String>(m_map, std::move(name), "StringReg", true);
+            return std::make_unique<StringReg>(m_map, std::move(name), "StringReg");
         if (type == "ConfRom")
-            return std::make_unique<String>(m_map, std::move(name), "ConfRom", true);
+            return std::make_unique<StringReg>(m_map, std::move(name), "ConfRom");
         if (type == "TextDesc")
-            return std::make_unique<String>(m_map, std::move(name), "TextDesc", true);
+            return std::make_unique<StringReg>(m_map, std::move(name), "TextDesc");
         if (type == "Register")
             return std::make_unique<Register>(m_map, std::move(name), "Register");
         if (type == "SmartFeature")

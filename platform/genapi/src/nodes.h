@@ -417,12 +417,17 @@ private:
 
 // IntReg, MaskedIntReg (also the entries of a StructReg), IntKey and
 // AdvFeatureLock.
-class IntReg final : public IntegerBase {
+class IntReg final : public IntegerBase, public IRegister {
 public:
     IntReg(NodeMap &map, std::string name, const char *typeName, bool masked);
     bool applyProperty(const Property &property) override;
     void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
     void finishLoad() override;
+    void Set(const uint8_t *pBuffer, int64_t Length, bool Verify = true) override;
+    void Get(uint8_t *pBuffer, int64_t Length, bool Verify = false,
+             bool IgnoreCache = false) override;
+    int64_t GetLength() override;
+    int64_t GetAddress() override;
     bool isRegister() const override { return true; }
     void invalidateCache() override { m_core.invalidate(); }
     bool pollRegister() override { return m_core.poll(); }
@@ -529,7 +534,7 @@ private:
     std::vector<double> m_validValues;
 };
 
-class FloatReg final : public FloatBase {
+class FloatReg final : public FloatBase, public IRegister {
 public:
     FloatReg(NodeMap &map, std::string name)
         : FloatBase(map, std::move(name), "FloatReg")
@@ -539,6 +544,11 @@ public:
     bool applyProperty(const Property &property) override;
     void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
     void finishLoad() override;
+    void Set(const uint8_t *pBuffer, int64_t Length, bool Verify = true) override;
+    void Get(uint8_t *pBuffer, int64_t Length, bool Verify = false,
+             bool IgnoreCache = false) override;
+    int64_t GetLength() override;
+    int64_t GetAddress() override;
     bool isRegister() const override { return true; }
     void invalidateCache() override { m_core.invalidate(); }
     bool pollRegister() override { return m_core.poll(); }
@@ -813,7 +823,7 @@ private:
 
 // String (a value in the node or behind pValue), StringReg, and the
 // register-backed text nodes.
-class String final : public ValueNode, public IString {
+class String : public ValueNode, public IString {
 public:
     String(NodeMap &map, std::string name, const char *typeName, bool isRegister);
     bool applyProperty(const Property &property) override;
@@ -844,6 +854,20 @@ private:
     RegisterCore m_core;
     std::string m_value;
     Ref m_pValue;
+};
+
+// StringReg and the register-backed text nodes (ConfRom, TextDesc).
+class StringReg final : public String, public IRegister {
+public:
+    StringReg(NodeMap &map, std::string name, const char *typeName)
+        : String(map, std::move(name), typeName, true)
+    {
+    }
+    void Set(const uint8_t *pBuffer, int64_t Length, bool Verify = true) override;
+    void Get(uint8_t *pBuffer, int64_t Length, bool Verify = false,
+             bool IgnoreCache = false) override;
+    int64_t GetLength() override;
+    int64_t GetAddress() override;
 };
 
 // Register and the register-like SmartFeature: raw bytes.
@@ -897,6 +921,12 @@ protected:
 private:
     IPort *m_port = nullptr;
 };
+
+// IRegister over a register node's core, shared by every register type.
+void registerSet(Node &node, RegisterCore &core, const uint8_t *buffer, int64_t length);
+void registerGet(Node &node, RegisterCore &core, uint8_t *buffer, int64_t length, bool ignoreCache);
+int64_t registerLength(Node &node, RegisterCore &core);
+int64_t registerAddress(Node &node, RegisterCore &core);
 
 // Property parsing, shared by the node classes. Each throws
 // PropertyException naming the line, the node and the malformed text.

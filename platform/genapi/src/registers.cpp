@@ -587,41 +587,64 @@ void Register::finishLoad()
     m_cachingMode = m_core.caching();
 }
 
-void Register::Set(const uint8_t *pBuffer, int64_t Length, bool)
+void registerSet(Node &node, RegisterCore &core, const uint8_t *buffer, int64_t length)
 {
-    NodeMap::Guard guard(m_map);
-    NodeMap::WriteScope scope(m_map, this);
-    requireWritable();
-    const int64_t len = m_core.length();
-    if (!pBuffer || Length != len)
+    NodeMap::Guard guard(node.map());
+    NodeMap::WriteScope scope(node.map(), &node);
+    node.requireWritable();
+    const int64_t len = core.length();
+    if (!buffer || length != len)
         throw INVALID_ARGUMENT_EXCEPTION("%s: Set needs a buffer of the register's %lld bytes",
-                                         label().c_str(), static_cast<long long>(len));
-    m_core.write(std::vector<uint8_t>(pBuffer, pBuffer + Length));
+                                         node.label().c_str(), static_cast<long long>(len));
+    core.write(std::vector<uint8_t>(buffer, buffer + length));
 }
 
-void Register::Get(uint8_t *pBuffer, int64_t Length, bool, bool IgnoreCache)
+void registerGet(Node &node, RegisterCore &core, uint8_t *buffer, int64_t length, bool ignoreCache)
 {
-    NodeMap::Guard guard(m_map);
-    requireReadable();
-    const int64_t len = m_core.length();
-    if (!pBuffer || Length != len)
+    NodeMap::Guard guard(node.map());
+    node.requireReadable();
+    const int64_t len = core.length();
+    if (!buffer || length != len)
         throw INVALID_ARGUMENT_EXCEPTION("%s: Get needs a buffer of the register's %lld bytes",
-                                         label().c_str(), static_cast<long long>(len));
-    const std::vector<uint8_t> bytes = m_core.read(IgnoreCache);
-    std::memcpy(pBuffer, bytes.data(), bytes.size());
+                                         node.label().c_str(), static_cast<long long>(len));
+    const std::vector<uint8_t> bytes = core.read(ignoreCache);
+    std::memcpy(buffer, bytes.data(), bytes.size());
 }
 
-int64_t Register::GetLength()
+int64_t registerLength(Node &node, RegisterCore &core)
 {
-    NodeMap::Guard guard(m_map);
-    return m_core.length();
+    NodeMap::Guard guard(node.map());
+    return core.length();
 }
 
-int64_t Register::GetAddress()
+int64_t registerAddress(Node &node, RegisterCore &core)
 {
-    NodeMap::Guard guard(m_map);
-    return m_core.address();
+    NodeMap::Guard guard(node.map());
+    return core.address();
 }
+
+#define ORB_FORWARD_IREGISTER(Class)                                                               \
+    void Class::Set(const uint8_t *pBuffer, int64_t Length, bool)                                  \
+    {                                                                                              \
+        registerSet(*this, core(), pBuffer, Length);                                               \
+    }                                                                                              \
+    void Class::Get(uint8_t *pBuffer, int64_t Length, bool, bool IgnoreCache)                      \
+    {                                                                                              \
+        registerGet(*this, core(), pBuffer, Length, IgnoreCache);                                  \
+    }                                                                                              \
+    int64_t Class::GetLength()                                                                     \
+    {                                                                                              \
+        return registerLength(*this, core());                                                      \
+    }                                                                                              \
+    int64_t Class::GetAddress()                                                                    \
+    {                                                                                              \
+        return registerAddress(*this, core());                                                     \
+    }
+
+ORB_FORWARD_IREGISTER(Register)
+ORB_FORWARD_IREGISTER(IntReg)
+ORB_FORWARD_IREGISTER(FloatReg)
+ORB_FORWARD_IREGISTER(StringReg)
 
 std::string Register::toText(bool, bool ignoreCache)
 {
