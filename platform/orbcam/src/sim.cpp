@@ -1,0 +1,884 @@
+#include "sim.h"
+
+#include <OrbCam/OrbCamSim.h>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+
+using namespace GenApi;
+using json = nlohmann::json;
+
+namespace OrbCamImpl {
+
+// ---------------------------------------------------------------------------
+// Clock
+
+std::atomic<bool> g_manualClock { false };
+std::atomic<int64_t> g_manualTime { 0 };
+
+namespace {
+
+int64_t realMilliseconds()
+{
+    static const auto start = std::chrono::steady_clock::now();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now()
+                                                                 - start)
+        .count();
+}
+
+std::string readText(const std::string &path)
+{
+    std::ifstream in(path, std::ios::binary);
+    if (!in)
+        throw std::runtime_error("cannot open " + path);
+    std::ostringstream content;
+    content << in.rdbuf();
+    return content.str();
+}
+
+uint32_t parseIPv4(const std::string &text)
+{
+    unsigned a, b, c, d;
+    char rest;
+    if (std::sscanf(text.c_str(), "%u.%u.%u.%u%c", &a, &b, &c, &d, &rest) != 4 || a > 255 || b > 255
+        || c > 255 || d > 255)
+        throw std::runtime_error("'" + text + "' is not an IPv4 address");
+    return (a << 24) | (b << 16) | (c << 8) | d;
+}
+
+uint64_t parseMAC(const std::string &text)
+{
+    unsigned bytes[6];
+    char rest;
+    if (std::sscanf(text.c_str(), "%x:%x:%x:%x:%x:%x%c", &bytes[0], &bytes[1], &bytes[2], &bytes[3],
+                    &bytes[4], &bytes[5], &rest)
+        != 6)
+        throw std::runtime_error("'" + text + "' is not a MAC address");
+    uint64_t mac = 0;
+    for (unsigned b : bytes) {
+        if (b > 255)
+            throw std::runtime_error("'" + text + "' is not a MAC address");
+        mac = (mac << 8) | b;
+    }
+    return mac;
+}
+
+uint32_t parseInterfaceType(const json &value)
+{
+    if (value.is_number_unsigned())
+        return value.get<uint32_t>();
+    const std::string name = value.get<std::string>();
+    static const std::map<std::string, uint32_t> types = {
+        { "USB3Vision", OrbCam::InterfaceUSB3Vision },
+        { "GigEVision", OrbCam::InterfaceGigEVision },
+        { "CameraLink", OrbCam::InterfaceCameraLink },
+        { "CoaXPress", OrbCam::InterfaceCoaXPress },
+        { "HDSDI", OrbCam::InterfaceHDSDI },
+        { "Custom", 1000 },
+    };
+    auto it = types.find(name);
+    if (it == types.end())
+        throw std::runtime_error("unknown interface type '" + name + "'");
+    return it->second;
+}
+
+// A stable, locally administered MAC address made from a name.
+uint64_t macFor(const std::string &name)
+{
+    uint64_t hash = 1469598103934665603ull;
+    for (char c : name)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ull;
+    return 0x020000000000ull | (hash & 0xFFFFFFFFFFull);
+}
+
+std::vector<uint8_t> encode(uint64_t value, size_t length, bool bigEndian)
+{
+    std::vector<uint8_t> bytes(length);
+    for (size_t i = 0; i < length; ++i) {
+        bytes[bigEndian ? length - 1 - i : i] = static_cast<uint8_t>(value & 0xFF);
+        value >>= 8;
+    }
+    return bytes;
+}
+
+uint64_t decode(const std::vector<uint8_t> &bytes, bool bigEndian)
+{
+    uint64_t value = 0;
+    for (size_t i = 0; i < bytes.size(); ++i)
+        value = (value << 8) | bytes[bigEndian ? i : bytes.size() - 1 - i];
+    return value;
+}
+
+} // namespace
+
+int64_t simClock()
+{
+    return g_manualClock ? g_manualTime.load() : realMilliseconds();
+}
+
+// ---------------------------------------------------------------------------
+// Configuration
+
+const std::string &defaultConfigJson()
+{
+    static const std::string json = R"json({
+  "interfaces": [
+    { "id": "GEV0", "type": "GigEVision", "displayName": "eth1 (Intel I210)",
+      "description": "GigE Vision interface eth1",
+      "ip": "192.168.1.10", "mask": "255.255.255.0", "mac": "00:1B:21:3A:4F:10",
+      "cameras": [
+        { "model": "orbsim-c2000", "serial": "C2-1001", "userName": "Line 1",
+          "ip": "192.168.1.20", "mask": "255.255.255.0", "gateway": "192.168.1.1" },
+        { "model": "orbsim-c2000", "serial": "C2-1002", "userName": "Spare",
+          "ip": "10.0.0.7", "mask": "255.0.0.0" } ] },
+    { "id": "U3V0", "type": "USB3Vision", "displayName": "USB3 host controller 0",
+      "description": "USB3 Vision interface 0",
+      "cameras": [ { "model": "orbsim-m1300", "serial": "M1-2001", "userName": "Inspection" } ] },
+    { "id": "CXP0", "type": "CoaXPress", "displayName": "CoaXPress frame grabber 0",
+      "description": "CoaXPress interface 0", "cameras": [] } ] })json";
+    return json;
+}
+
+SystemConfig parseConfig(const std::string &text)
+{
+    json document;
+    try {
+        document = json::parse(text);
+    } catch (const json::parse_error &e) {
+        throw std::runtime_error(std::string("malformed JSON: ") + e.what());
+    }
+    SystemConfig config;
+    try {
+        for (const json &i : document.at("interfaces")) {
+            InterfaceConfig ic;
+            ic.id = i.at("id").get<std::string>();
+            if (ic.id.empty())
+                throw std::runtime_error("an interface has an empty id");
+            for (const InterfaceConfig &other : config.interfaces)
+                if (other.id == ic.id)
+                    throw std::runtime_error("interface id '" + ic.id + "' is used twice");
+            ic.type = parseInterfaceType(i.at("type"));
+            ic.displayName = i.value("displayName", ic.id);
+            ic.description = i.value("description", ic.displayName);
+            ic.ip = parseIPv4(i.value("ip", "0.0.0.0"));
+            ic.mask = parseIPv4(i.value("mask", "255.255.255.0"));
+            ic.gateway = parseIPv4(i.value("gateway", "0.0.0.0"));
+            ic.mac = i.contains("mac") ? parseMAC(i.at("mac").get<std::string>()) : macFor(ic.id);
+            for (const json &c : i.value("cameras", json::array())) {
+                CameraConfig cc;
+                cc.model = c.at("model").get<std::string>();
+                cc.serial = c.value("serial", std::string());
+                cc.userName = c.value("userName", std::string());
+                cc.ip = parseIPv4(c.value("ip", "0.0.0.0"));
+                cc.mask = parseIPv4(c.value("mask", "255.255.255.0"));
+                cc.gateway = parseIPv4(c.value("gateway", "0.0.0.0"));
+                cc.mac = c.contains("mac") ? parseMAC(c.at("mac").get<std::string>()) : 0;
+                ic.cameras.push_back(cc);
+            }
+            config.interfaces.push_back(ic);
+        }
+    } catch (const json::exception &e) {
+        throw std::runtime_error(std::string("wrong set-up: ") + e.what());
+    }
+    return config;
+}
+
+std::shared_ptr<const ModelInfo> loadModel(const std::string &model)
+{
+    static std::mutex mutex;
+    static std::map<std::string, std::shared_ptr<const ModelInfo>> cache;
+    const std::string dir = OrbCamSim::CamerasDir();
+    std::lock_guard<std::mutex> lock(mutex);
+    const std::string key = dir + "/" + model;
+    auto it = cache.find(key);
+    if (it != cache.end())
+        return it->second;
+    if (model.empty() || model.find('/') != std::string::npos)
+        throw std::runtime_error("'" + model + "' is not a camera model name");
+
+    auto info = std::make_shared<ModelInfo>();
+    info->xml = readText(key + ".xml");
+    json side;
+    try {
+        side = json::parse(readText(key + ".json"));
+        info->version = side.value("version", info->version);
+        info->bigEndian = side.value("bigEndian", true);
+        // An array of [feature, value] pairs: the order matters (a selector
+        // before the features it selects).
+        for (const json &pair : side.value("defaults", json::array()))
+            info->defaults.emplace_back(pair.at(0).get<std::string>(),
+                                        pair.at(1).get<std::string>());
+        info->selfClearing = side.value("selfClearing", std::vector<std::string>());
+        const json trigger = side.value("triggerCounter", json::object());
+        info->triggerCommand = trigger.value("command", std::string());
+        info->triggerCounter = trigger.value("counter", std::string());
+        const json temperature = side.value("temperature", json::object());
+        info->temperature = temperature.value("register", std::string());
+        info->temperatureBase = temperature.value("base", 40.0);
+        info->temperatureAmplitude = temperature.value("amplitude", 1.0);
+        info->temperaturePeriod = temperature.value("periodSeconds", 600.0);
+        info->temperatureScale = temperature.value("scale", 10.0);
+        const json identity = side.value("identity", json::object());
+        info->serialFeature = identity.value("serial", std::string());
+        info->userNameFeature = identity.value("userName", std::string());
+        const json network = side.value("network", json::object());
+        info->ipFeature = network.value("ip", std::string());
+        info->maskFeature = network.value("mask", std::string());
+        info->gatewayFeature = network.value("gateway", std::string());
+        info->macFeature = network.value("mac", std::string());
+    } catch (const json::exception &e) {
+        throw std::runtime_error("model " + model + ": malformed side file: " + e.what());
+    }
+    cache.emplace(key, info);
+    return info;
+}
+
+// ---------------------------------------------------------------------------
+// SimCamera
+
+SimCamera::SimCamera(SimInterface &owner, std::string id, const CameraConfig &config)
+    : m_owner(owner)
+    , m_id(std::move(id))
+    , m_serial(config.serial)
+    , m_userName(config.userName)
+    , m_model(loadModel(config.model))
+    , m_mac(config.mac ? config.mac : macFor(m_id))
+    , m_ip(config.ip)
+    , m_mask(config.mask)
+    , m_gateway(config.gateway)
+{
+    // A node map of our own over the raw memory: it names the registers
+    // behind the features and applies the model's start values.
+    m_setupMap = std::make_unique<CNodeMapRef>();
+    try {
+        m_setupMap->_LoadXMLFromString(m_model->xml.c_str());
+    } catch (const GenICam::GenericException &e) {
+        throw std::runtime_error("model " + config.model + ": " + e.GetDescription());
+    }
+    m_setupMap->_Connect(&m_memory, "Device");
+    m_vendor = m_setupMap->_GetVendorName().str();
+    m_modelName = m_setupMap->_GetModelName().str();
+    m_displayName = m_modelName + " (" + m_serial + ")";
+
+    for (const auto &[feature, value] : m_model->defaults) {
+        CValuePtr node(m_setupMap->_GetNode(feature.c_str()));
+        if (!node)
+            throw std::runtime_error("model " + config.model + ": no feature " + feature);
+        try {
+            node->FromString(value.c_str(), false);
+        } catch (const GenICam::GenericException &e) {
+            throw std::runtime_error("model " + config.model + ": default " + feature + "=" + value
+                                     + ": " + e.GetDescription());
+        }
+    }
+    for (const std::string &feature : m_model->selfClearing)
+        m_selfClearing.push_back(resolve(*m_setupMap, feature));
+    m_trigger = resolve(*m_setupMap, m_model->triggerCommand);
+    m_counter = resolve(*m_setupMap, m_model->triggerCounter);
+    m_temperature = resolve(*m_setupMap, m_model->temperature);
+    m_ipReg = resolve(*m_setupMap, m_model->ipFeature);
+    m_maskReg = resolve(*m_setupMap, m_model->maskFeature);
+    m_gatewayReg = resolve(*m_setupMap, m_model->gatewayFeature);
+
+    auto writeText = [&](const std::string &feature, const std::string &text) {
+        const Range r = resolve(*m_setupMap, feature);
+        std::vector<uint8_t> bytes(static_cast<size_t>(r.length), 0);
+        std::memcpy(bytes.data(), text.data(), std::min(text.size(), bytes.size()));
+        if (r.length > 0)
+            m_memory.Write(bytes.data(), r.address, r.length);
+    };
+    writeText(m_model->serialFeature, m_serial);
+    writeText(m_model->userNameFeature, m_userName);
+    writeNumber(resolve(*m_setupMap, m_model->macFeature), m_mac);
+    writeNetwork();
+}
+
+SimCamera::~SimCamera() = default;
+
+Range SimCamera::resolve(CNodeMapRef &map, const std::string &feature) const
+{
+    if (feature.empty())
+        return Range {};
+    INode *node = map._GetNode(feature.c_str());
+    if (!node)
+        throw std::runtime_error("model " + m_modelName + ": no feature " + feature);
+    // The register the feature's value lives in: the feature itself or its
+    // first terminal register.
+    CRegisterPtr reg(node);
+    if (!reg) {
+        NodeList_t terminals;
+        node->GetChildren(terminals, ctTerminalNodes);
+        for (INode *t : terminals) {
+            reg = t;
+            if (reg)
+                break;
+        }
+    }
+    if (!reg)
+        throw std::runtime_error("model " + m_modelName + ": feature " + feature
+                                 + " has no register");
+    return Range { reg->GetAddress(), reg->GetLength() };
+}
+
+void SimCamera::writeNumber(const Range &range, uint64_t value)
+{
+    if (range.length <= 0)
+        return;
+    const std::vector<uint8_t> bytes
+        = encode(value, static_cast<size_t>(range.length), m_model->bigEndian);
+    m_memory.Write(bytes.data(), range.address, range.length);
+}
+
+uint64_t SimCamera::readNumber(const Range &range)
+{
+    if (range.length <= 0)
+        return 0;
+    std::vector<uint8_t> bytes(static_cast<size_t>(range.length));
+    m_memory.Read(bytes.data(), range.address, range.length);
+    return decode(bytes, m_model->bigEndian);
+}
+
+void SimCamera::writeNetwork()
+{
+    writeNumber(m_ipReg, m_ip);
+    writeNumber(m_maskReg, m_mask);
+    writeNumber(m_gatewayReg, m_gateway);
+}
+
+uint32_t SimCamera::ip() const
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    return m_ip;
+}
+uint32_t SimCamera::mask() const
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    return m_mask;
+}
+uint32_t SimCamera::gateway() const
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    return m_gateway;
+}
+
+uint32_t SimCamera::GetAccessStatus() const
+{
+    if (!reachable())
+        return OrbCam::AccessNone;
+    if (m_owner.GetType() == OrbCam::InterfaceGigEVision
+        && (ip() & m_owner.mask()) != (m_owner.ip() & m_owner.mask()))
+        return OrbCam::AccessIPSubnetMismatch;
+    return OrbCam::AccessReadWrite;
+}
+
+OrbCam::Interface *SimCamera::GetInterface() const
+{
+    return &m_owner;
+}
+uint32_t SimCamera::GetIndex() const
+{
+    return m_owner.indexOf(this);
+}
+
+OrbCamErr SimCamera::ForceIP(uint32_t address, uint32_t mask, uint32_t gateway)
+{
+    if (m_owner.GetType() != OrbCam::InterfaceGigEVision)
+        return OrbCamErrInvalidState;
+    if (!reachable())
+        return OrbCamErrNoDevice;
+    // A mask is a run of ones followed by zeros.
+    const uint32_t inverted = ~mask;
+    if (address == 0 || mask == 0 || (inverted & (inverted + 1)) != 0)
+        return OrbCamErrInvalidArgument;
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    m_ip = address;
+    m_mask = mask;
+    m_gateway = gateway;
+    writeNetwork();
+    return OrbCamOk;
+}
+
+void SimCamera::Read(void *buffer, int64_t address, int64_t length)
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    if (!reachable())
+        throw ACCESS_EXCEPTION("camera %s does not answer", m_id.c_str());
+    for (const Failure &f : m_failures)
+        if ((f.mode & OrbCamSim::FailRead) && f.range.overlaps(address, length))
+            throw ACCESS_EXCEPTION("simulated read failure of feature '%s'", f.feature.c_str());
+    if (m_temperature.overlaps(address, length)) {
+        const double t = static_cast<double>(simClock()) / 1000.0;
+        const double celsius = m_model->temperatureBase
+            + m_model->temperatureAmplitude * std::sin(2 * M_PI * t / m_model->temperaturePeriod);
+        writeNumber(m_temperature,
+                    static_cast<uint64_t>(std::llround(celsius * m_model->temperatureScale)));
+    }
+    m_memory.Read(buffer, address, length);
+}
+
+void SimCamera::Write(const void *buffer, int64_t address, int64_t length)
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    if (!reachable())
+        throw ACCESS_EXCEPTION("camera %s does not answer", m_id.c_str());
+    for (const Failure &f : m_failures)
+        if ((f.mode & OrbCamSim::FailWrite) && f.range.overlaps(address, length))
+            throw ACCESS_EXCEPTION("simulated write failure of feature '%s'", f.feature.c_str());
+    m_memory.Write(buffer, address, length);
+    if (m_trigger.overlaps(address, length))
+        writeNumber(m_counter, readNumber(m_counter) + 1);
+    // Commands finish at once: the device clears the command value.
+    for (const Range &r : m_selfClearing)
+        if (r.overlaps(address, length))
+            writeNumber(r, 0);
+}
+
+OrbCamErr SimCamera::failFeature(const std::string &feature, uint32_t mode)
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    INode *node = m_setupMap->_GetNode(feature.c_str());
+    if (!node)
+        return OrbCamErrGenICamUnknownParam;
+    NodeList_t terminals;
+    node->GetChildren(terminals, ctTerminalNodes);
+    bool any = false;
+    for (INode *t : terminals) {
+        CRegisterPtr reg(t);
+        if (!reg)
+            continue;
+        m_failures.push_back({ Range { reg->GetAddress(), reg->GetLength() }, mode, feature });
+        any = true;
+    }
+    return any ? OrbCamOk : OrbCamErrInvalidArgument;
+}
+
+void SimCamera::clearFailures()
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    m_failures.clear();
+}
+
+// ---------------------------------------------------------------------------
+// SimInterface
+
+namespace {
+// The register layout of orbsim-interface.xml.
+enum : int64_t {
+    RegSelector = 0x0000,
+    RegDeviceCount = 0x0004,
+    RegInterfaceType = 0x0010,
+    RegInterfaceMAC = 0x0020,
+    RegInterfaceIP = 0x0028,
+    RegInterfaceMask = 0x002C,
+    RegInterfaceGateway = 0x0030,
+    RegDeviceMAC = 0x0100,
+    RegDeviceIP = 0x0108,
+    RegDeviceMask = 0x010C,
+    RegDeviceGateway = 0x0110,
+    RegForceIP = 0x0114,
+    RegForceMask = 0x0118,
+    RegForceGateway = 0x011C,
+    RegForceCommand = 0x0120,
+    RegUSBVersion = 0x0124,
+    RegAccessStatus = 0x0128,
+    RegUpdateList = 0x0130,
+    RegDeviceID = 0x0200,
+    RegDeviceVendor = 0x0240,
+    RegDeviceModel = 0x0280,
+    RegDeviceSerial = 0x02C0,
+    RegDeviceUserName = 0x0300,
+    RegInterfaceID = 0x0340,
+    TextLength = 64,
+};
+} // namespace
+
+SimInterface::SimInterface(SimSystem &system, const InterfaceConfig &config)
+    : m_system(system)
+    , m_id(config.id)
+    , m_displayName(config.displayName)
+    , m_description(config.description)
+    , m_type(config.type)
+    , m_ip(config.ip)
+    , m_mask(config.mask)
+    , m_gateway(config.gateway)
+    , m_mac(config.mac)
+{
+    for (const CameraConfig &camera : config.cameras)
+        addCamera(camera);
+}
+
+SimInterface::~SimInterface()
+{
+    m_params.reset(); // before the node map it listens to
+    m_map.reset();
+}
+
+SimCamera *SimInterface::addCamera(const CameraConfig &config)
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    CameraConfig c = config;
+    if (c.serial.empty())
+        c.serial = m_id + "-" + std::to_string(m_nextSerial);
+    ++m_nextSerial;
+    std::string id = m_id + "/" + c.serial;
+    if (find(id))
+        throw std::runtime_error("camera " + id + " exists already");
+    m_cameras.push_back(std::make_shared<SimCamera>(*this, id, c));
+    return m_cameras.back().get();
+}
+
+size_t SimInterface::cameraCount() const
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    return m_cameras.size();
+}
+
+SimCamera *SimInterface::find(const std::string &id) const
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    for (const auto &camera : m_cameras)
+        if (id == camera->GetID())
+            return camera.get();
+    return nullptr;
+}
+
+std::shared_ptr<SimCamera> SimInterface::share(const SimCamera *camera) const
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    for (const auto &c : m_cameras)
+        if (c.get() == camera)
+            return c;
+    return nullptr;
+}
+
+uint32_t SimInterface::indexOf(const SimCamera *camera) const
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    auto it = std::find(m_found.begin(), m_found.end(), camera);
+    return it == m_found.end() ? UINT32_MAX : static_cast<uint32_t>(it - m_found.begin());
+}
+
+OrbCamErr SimInterface::UpdateDeviceList(bool *changed, uint32_t)
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    std::vector<SimCamera *> found;
+    for (const auto &camera : m_cameras)
+        if (camera->reachable())
+            found.push_back(camera.get());
+    if (changed)
+        *changed = found != m_found;
+    m_found = std::move(found);
+    return OrbCamOk;
+}
+
+OrbCam::DeviceInfoList *SimInterface::GetDeviceInfoList()
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    return new DeviceInfoVector(std::vector<OrbCam::DeviceInfo *>(m_found.begin(), m_found.end()),
+                                true);
+}
+
+OrbGenParam::Array *SimInterface::GetParams(OrbCamErr *err)
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    if (!m_params) {
+        try {
+            auto map = std::make_unique<CNodeMapRef>(m_id.c_str());
+            map->_LoadXMLFromFile((OrbCamSim::CamerasDir() + "/orbsim-interface.xml").c_str());
+            map->_Connect(this, "Device");
+            m_params = std::make_unique<ParamArray>(map->_Ptr, nullptr);
+            m_map = std::move(map);
+        } catch (const GenICam::GenericException &) {
+            if (err)
+                *err = OrbCamErrFileRead;
+            return nullptr;
+        }
+    }
+    if (err)
+        *err = OrbCamOk;
+    return m_params.get();
+}
+
+SimCamera *SimInterface::selected() const
+{
+    uint32_t index = 0;
+    const_cast<CMemoryPort &>(m_memory).Read(&index, RegSelector, 4);
+    return index < m_found.size() ? m_found[index] : nullptr;
+}
+
+void SimInterface::refresh()
+{
+    auto number = [&](int64_t address, uint64_t value, size_t length) {
+        const std::vector<uint8_t> bytes = encode(value, length, false);
+        m_memory.Write(bytes.data(), address, static_cast<int64_t>(length));
+    };
+    auto text = [&](int64_t address, const std::string &value) {
+        std::vector<uint8_t> bytes(TextLength, 0);
+        std::memcpy(bytes.data(), value.data(), std::min<size_t>(value.size(), TextLength - 1));
+        m_memory.Write(bytes.data(), address, TextLength);
+    };
+    number(RegDeviceCount, m_found.size(), 4);
+    number(RegInterfaceType, m_type, 4);
+    number(RegInterfaceMAC, m_mac, 8);
+    number(RegInterfaceIP, m_ip, 4);
+    number(RegInterfaceMask, m_mask, 4);
+    number(RegInterfaceGateway, m_gateway, 4);
+    text(RegInterfaceID, m_id);
+    SimCamera *camera = selected();
+    number(RegDeviceMAC, camera ? camera->mac() : 0, 8);
+    number(RegDeviceIP, camera ? camera->ip() : 0, 4);
+    number(RegDeviceMask, camera ? camera->mask() : 0, 4);
+    number(RegDeviceGateway, camera ? camera->gateway() : 0, 4);
+    number(RegUSBVersion, camera ? camera->usbVersion() : 0, 4);
+    number(RegAccessStatus, camera ? camera->GetAccessStatus() : OrbCam::AccessNone, 4);
+    text(RegDeviceID, camera ? camera->GetID() : "");
+    text(RegDeviceVendor, camera ? camera->GetVendor() : "");
+    text(RegDeviceModel, camera ? camera->GetModel() : "");
+    text(RegDeviceSerial, camera ? camera->GetSerialNumber() : "");
+    text(RegDeviceUserName, camera ? camera->GetUserName() : "");
+}
+
+void SimInterface::Read(void *buffer, int64_t address, int64_t length)
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    refresh();
+    m_memory.Read(buffer, address, length);
+}
+
+void SimInterface::Write(const void *buffer, int64_t address, int64_t length)
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    m_memory.Write(buffer, address, length);
+    const Range written { address, length };
+    auto number = [&](int64_t reg) {
+        uint32_t value = 0;
+        m_memory.Read(&value, reg, 4);
+        return value;
+    };
+    auto put = [&](int64_t reg, uint32_t value) { m_memory.Write(&value, reg, 4); };
+    if (written.overlaps(RegSelector, 4)) {
+        // Propose the selected camera's own set-up for a forced address.
+        if (SimCamera *camera = selected()) {
+            put(RegForceIP, camera->ip());
+            put(RegForceMask, camera->mask());
+            put(RegForceGateway, camera->gateway());
+        }
+    }
+    if (written.overlaps(RegForceCommand, 4) && number(RegForceCommand) != 0) {
+        put(RegForceCommand, 0);
+        SimCamera *camera = selected();
+        if (!camera)
+            throw ACCESS_EXCEPTION("no camera is selected");
+        const OrbCamErr result
+            = camera->ForceIP(number(RegForceIP), number(RegForceMask), number(RegForceGateway));
+        if (result != OrbCamOk)
+            throw ACCESS_EXCEPTION("force IP failed: %s", OrbCam_ErrorText(result));
+    }
+    if (written.overlaps(RegUpdateList, 4) && number(RegUpdateList) != 0) {
+        put(RegUpdateList, 0);
+        UpdateDeviceList(nullptr, 0);
+    }
+}
+
+// ---------------------------------------------------------------------------
+// SimSystem
+
+SimSystem::SimSystem(const SystemConfig &config)
+{
+    for (const InterfaceConfig &ic : config.interfaces)
+        m_interfaces.push_back(std::make_unique<SimInterface>(*this, ic));
+    m_list = std::make_unique<InterfaceVector>(std::vector<OrbCam::Interface *>(), false);
+    m_eventThread = std::thread(&SimSystem::eventLoop, this);
+}
+
+SimSystem::~SimSystem()
+{
+    {
+        std::lock_guard<std::mutex> lock(m_queueMutex);
+        m_stopping = true;
+    }
+    m_queueCondition.notify_all();
+    m_eventThread.join();
+}
+
+OrbCam::InterfaceList *SimSystem::GetInterfaces(uint32_t typeMask)
+{
+    std::vector<OrbCam::Interface *> selected;
+    for (const auto &i : m_interfaces) {
+        const uint32_t type = i->GetType();
+        const uint32_t bit = (type >= 1 && type <= 7) ? (1u << (type - 1)) : (1u << 7);
+        if (typeMask & bit)
+            selected.push_back(i.get());
+    }
+    std::lock_guard<std::mutex> lock(m_listMutex);
+    m_list->assign(std::move(selected));
+    return m_list.get();
+}
+
+SimCamera *SimSystem::findCamera(const std::string &id) const
+{
+    for (const auto &i : m_interfaces)
+        if (SimCamera *camera = i->find(id))
+            return camera;
+    return nullptr;
+}
+
+SimInterface *SimSystem::findInterface(const std::string &id) const
+{
+    for (const auto &i : m_interfaces)
+        if (id == i->GetID())
+            return i.get();
+    return nullptr;
+}
+
+void SimSystem::attach(SimDevice *device)
+{
+    std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
+    m_devices.push_back(device);
+}
+
+void SimSystem::detach(SimDevice *device)
+{
+    // Waits for an event being delivered to this device on the event thread.
+    std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
+    m_devices.erase(std::remove(m_devices.begin(), m_devices.end(), device), m_devices.end());
+}
+
+void SimSystem::post(SimCamera *camera, uint32_t event)
+{
+    {
+        std::lock_guard<std::mutex> lock(m_queueMutex);
+        m_queue.emplace_back(camera, event);
+    }
+    m_queueCondition.notify_all();
+}
+
+void SimSystem::eventLoop()
+{
+    for (;;) {
+        std::pair<SimCamera *, uint32_t> item;
+        {
+            std::unique_lock<std::mutex> lock(m_queueMutex);
+            m_queueCondition.wait(lock, [this] { return m_stopping || !m_queue.empty(); });
+            if (m_queue.empty())
+                return;
+            item = m_queue.front();
+            m_queue.pop_front();
+        }
+        std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
+        const std::vector<SimDevice *> devices = m_devices;
+        for (SimDevice *device : devices) {
+            // A callback may release devices; deliver only to those still open.
+            if (device->camera() == item.first
+                && std::find(m_devices.begin(), m_devices.end(), device) != m_devices.end())
+                device->deliver(item.second);
+        }
+    }
+}
+
+// ---------------------------------------------------------------------------
+// SimDevice
+
+SimDevice::SimDevice(SimSystem &system, std::shared_ptr<SimCamera> camera, uint32_t access)
+    : m_system(system)
+    , m_camera(std::move(camera))
+    , m_port(*m_camera, access == OrbCam::AccessMonitor ? RO : RW)
+    , m_map(m_camera->GetID())
+{
+    m_map._LoadXMLFromString(m_camera->model().xml.c_str());
+    m_map._Connect(&m_port, "Device");
+    SimCamera *cam = m_camera.get();
+    m_params = std::make_unique<ParamArray>(m_map._Ptr, [cam] { return cam->reachable(); });
+    m_system.attach(this);
+}
+
+SimDevice::~SimDevice()
+{
+    m_system.detach(this);
+    m_params.reset(); // before the node map it listens to
+}
+
+void SimDevice::Port::Write(const void *b, int64_t a, int64_t l)
+{
+    if (m_mode != RW && m_mode != WO)
+        throw ACCESS_EXCEPTION("the camera was opened read-only");
+    m_camera.Write(b, a, l);
+}
+
+OrbGenParam::Array *SimDevice::GetParams(OrbCamErr *err)
+{
+    if (err)
+        *err = OrbCamOk;
+    return m_params.get();
+}
+
+OrbCamErr SimDevice::RegisterEventCallback(uint32_t event, OrbCam::EventCallback callback,
+                                           void *context)
+{
+    if (!callback)
+        return OrbCamErrInvalidArgument;
+    std::lock_guard<std::recursive_mutex> lock(m_callbackMutex);
+    for (const Callback &c : m_callbacks)
+        if (c.event == event && c.function == callback && c.context == context)
+            return OrbCamOk;
+    m_callbacks.push_back({ event, callback, context });
+    return OrbCamOk;
+}
+
+OrbCamErr SimDevice::UnregisterEventCallback(uint32_t event, OrbCam::EventCallback callback,
+                                             void *context)
+{
+    // Taking the lock waits for a delivery in progress.
+    std::lock_guard<std::recursive_mutex> lock(m_callbackMutex);
+    auto it = std::find_if(m_callbacks.begin(), m_callbacks.end(), [&](const Callback &c) {
+        return c.event == event && c.function == callback && c.context == context;
+    });
+    if (it == m_callbacks.end())
+        return OrbCamErrInvalidArgument;
+    m_callbacks.erase(it);
+    return OrbCamOk;
+}
+
+void SimDevice::deliver(uint32_t event)
+{
+    // Values cached while the camera was away are stale.
+    if (event == OrbCam::EventDeviceReturned)
+        m_map._InvalidateNodes();
+    std::lock_guard<std::recursive_mutex> lock(m_callbackMutex);
+    const std::vector<Callback> callbacks = m_callbacks;
+    for (const Callback &c : callbacks)
+        if (c.event == event)
+            c.function(&event, sizeof event, c.context);
+}
+
+} // namespace OrbCamImpl
+
+namespace OrbCamSim {
+
+void SetClock(int64_t milliseconds)
+{
+    OrbCamImpl::g_manualTime = milliseconds;
+    OrbCamImpl::g_manualClock = true;
+}
+
+void AdvanceClock(int64_t milliseconds)
+{
+    if (!OrbCamImpl::g_manualClock)
+        SetClock(OrbCamImpl::simClock());
+    OrbCamImpl::g_manualTime += milliseconds;
+}
+
+int64_t Clock()
+{
+    return OrbCamImpl::simClock();
+}
+
+} // namespace OrbCamSim

@@ -1,0 +1,307 @@
+// The simulated camera system: the embedded default backend. Internal.
+#ifndef ORBCAM_SIM_H
+#define ORBCAM_SIM_H
+
+#include "paramarray.h"
+
+#include <OrbCam/OrbCam.h>
+
+#include <GenApi/GenApi.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace OrbCamImpl {
+
+int64_t simClock();
+
+struct CameraConfig {
+    std::string model;
+    std::string serial;
+    std::string userName;
+    uint32_t ip = 0, mask = 0xFFFFFF00u, gateway = 0;
+    uint64_t mac = 0;
+};
+
+struct InterfaceConfig {
+    std::string id;
+    uint32_t type = OrbCam::InterfaceGigEVision;
+    std::string displayName, description;
+    uint32_t ip = 0, mask = 0xFFFFFF00u, gateway = 0;
+    uint64_t mac = 0;
+    std::vector<CameraConfig> cameras;
+};
+
+struct SystemConfig {
+    std::vector<InterfaceConfig> interfaces;
+};
+
+// Parses a set-up; throws std::runtime_error with the reason.
+SystemConfig parseConfig(const std::string &json);
+const std::string &defaultConfigJson();
+
+// What a camera model does besides storing values, from the model's JSON
+// side file.
+struct ModelInfo {
+    std::string xml;
+    std::string version = "1.0.0";
+    bool bigEndian = true;
+    std::vector<std::pair<std::string, std::string>> defaults;
+    std::vector<std::string> selfClearing;
+    std::string triggerCommand, triggerCounter;
+    std::string temperature;
+    double temperatureBase = 40, temperatureAmplitude = 1, temperaturePeriod = 600,
+           temperatureScale = 10;
+    std::string serialFeature, userNameFeature, ipFeature, maskFeature, gatewayFeature, macFeature;
+};
+// Throws std::runtime_error when the model or its side file cannot be read.
+std::shared_ptr<const ModelInfo> loadModel(const std::string &model);
+
+struct Range {
+    int64_t address = 0, length = 0;
+    bool overlaps(int64_t a, int64_t l) const
+    {
+        return length > 0 && a < address + length && address < a + l;
+    }
+};
+
+class SimSystem;
+class SimInterface;
+
+// ---------------------------------------------------------------------------
+// Lists
+
+template <class Item, class Base> class VectorList final : public Base {
+public:
+    VectorList(std::vector<Item *> items, bool owned)
+        : m_items(std::move(items))
+        , m_owned(owned)
+    {
+    }
+    size_t Size() const override { return m_items.size(); }
+    Item *First() override
+    {
+        m_next = 0;
+        return Next();
+    }
+    Item *Next() override { return m_next < m_items.size() ? m_items[m_next++] : nullptr; }
+    void Release() override
+    {
+        if (m_owned)
+            delete this;
+    }
+    void assign(std::vector<Item *> items)
+    {
+        m_items = std::move(items);
+        m_next = 0;
+    }
+
+private:
+    std::vector<Item *> m_items;
+    size_t m_next = 0;
+    bool m_owned;
+};
+
+using InterfaceVector = VectorList<OrbCam::Interface, OrbCam::InterfaceList>;
+using DeviceInfoVector = VectorList<OrbCam::DeviceInfo, OrbCam::DeviceInfoList>;
+
+class SimCamera final : public OrbCam::DeviceInfo, public GenApi::IPort {
+public:
+    SimCamera(SimInterface &owner, std::string id, const CameraConfig &config);
+    ~SimCamera() override;
+
+    // DeviceInfo
+    const char *GetID() const override { return m_id.c_str(); }
+    const char *GetDisplayName() const override { return m_displayName.c_str(); }
+    const char *GetVendor() const override { return m_vendor.c_str(); }
+    const char *GetModel() const override { return m_modelName.c_str(); }
+    const char *GetSerialNumber() const override { return m_serial.c_str(); }
+    const char *GetVersion() const override { return m_model->version.c_str(); }
+    const char *GetUserName() const override { return m_userName.c_str(); }
+    uint32_t GetAccessStatus() const override;
+    OrbCam::Interface *GetInterface() const override;
+    uint32_t GetIndex() const override;
+    OrbCamErr ForceIP(uint32_t address, uint32_t mask, uint32_t gateway) override;
+
+    // IPort: the camera's register space.
+    GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }
+    void Read(void *buffer, int64_t address, int64_t length) override;
+    void Write(const void *buffer, int64_t address, int64_t length) override;
+
+    bool reachable() const { return present && !lost; }
+    const ModelInfo &model() const { return *m_model; }
+    uint32_t ip() const;
+    uint32_t mask() const;
+    uint32_t gateway() const;
+    uint64_t mac() const { return m_mac; }
+    uint32_t usbVersion() const { return 0x0320; }
+    OrbCamErr failFeature(const std::string &feature, uint32_t mode);
+    void clearFailures();
+
+    std::atomic<bool> present { true };
+    std::atomic<bool> lost { false };
+
+private:
+    Range resolve(GenApi::CNodeMapRef &map, const std::string &feature) const;
+    void writeNumber(const Range &range, uint64_t value);
+    uint64_t readNumber(const Range &range);
+    void writeNetwork();
+
+    SimInterface &m_owner;
+    std::string m_id, m_serial, m_userName, m_displayName, m_vendor, m_modelName;
+    std::shared_ptr<const ModelInfo> m_model;
+    uint64_t m_mac;
+
+    mutable std::recursive_mutex m_mutex;
+    GenApi::CMemoryPort m_memory;
+    uint32_t m_ip, m_mask, m_gateway;
+    std::vector<Range> m_selfClearing;
+    Range m_trigger, m_counter, m_temperature, m_ipReg, m_maskReg, m_gatewayReg;
+    struct Failure {
+        Range range;
+        uint32_t mode;
+        std::string feature;
+    };
+    std::vector<Failure> m_failures;
+    std::unique_ptr<GenApi::CNodeMapRef> m_setupMap; // for resolving feature names
+};
+
+class SimInterface final : public OrbCam::Interface, public GenApi::IPort {
+public:
+    SimInterface(SimSystem &system, const InterfaceConfig &config);
+    ~SimInterface() override;
+
+    const char *GetID() const override { return m_id.c_str(); }
+    const char *GetDisplayName() const override { return m_displayName.c_str(); }
+    const char *GetDescription() const override { return m_description.c_str(); }
+    uint32_t GetType() const override { return m_type; }
+    OrbCamErr UpdateDeviceList(bool *changed, uint32_t timeoutMs) override;
+    OrbCam::DeviceInfoList *GetDeviceInfoList() override;
+    OrbGenParam::Array *GetParams(OrbCamErr *err = nullptr) override;
+
+    // IPort: the interface's own register space (its features).
+    GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }
+    void Read(void *buffer, int64_t address, int64_t length) override;
+    void Write(const void *buffer, int64_t address, int64_t length) override;
+
+    SimSystem &system() const { return m_system; }
+    uint32_t ip() const { return m_ip; }
+    uint32_t mask() const { return m_mask; }
+    uint32_t indexOf(const SimCamera *camera) const;
+    SimCamera *addCamera(const CameraConfig &config);
+    size_t cameraCount() const;
+    SimCamera *find(const std::string &id) const;
+    std::shared_ptr<SimCamera> share(const SimCamera *camera) const;
+
+private:
+    void refresh();
+    SimCamera *selected() const;
+
+    SimSystem &m_system;
+    std::string m_id, m_displayName, m_description;
+    uint32_t m_type;
+    uint32_t m_ip, m_mask, m_gateway;
+    uint64_t m_mac;
+    mutable std::recursive_mutex m_mutex;
+    std::vector<std::shared_ptr<SimCamera>> m_cameras; // every camera ever, in order
+    std::vector<SimCamera *> m_found; // the last discovery
+    int m_nextSerial = 1;
+    GenApi::CMemoryPort m_memory;
+    std::unique_ptr<GenApi::CNodeMapRef> m_map;
+    std::unique_ptr<ParamArray> m_params;
+};
+
+class SimDevice;
+
+class SimSystem final : public OrbCam::System {
+public:
+    explicit SimSystem(const SystemConfig &config);
+    ~SimSystem() override;
+
+    OrbCam::InterfaceList *GetInterfaces(uint32_t typeMask) override;
+
+    SimCamera *findCamera(const std::string &id) const;
+    SimInterface *findInterface(const std::string &id) const;
+    void attach(SimDevice *device);
+    void detach(SimDevice *device);
+    // Delivers the event to every open device of the camera, on the event thread.
+    void post(SimCamera *camera, uint32_t event);
+
+private:
+    void eventLoop();
+
+    std::vector<std::unique_ptr<SimInterface>> m_interfaces;
+    std::unique_ptr<InterfaceVector> m_list;
+    std::mutex m_listMutex;
+
+    std::recursive_mutex m_devicesMutex;
+    std::vector<SimDevice *> m_devices;
+
+    std::mutex m_queueMutex;
+    std::condition_variable m_queueCondition;
+    std::deque<std::pair<SimCamera *, uint32_t>> m_queue;
+    bool m_stopping = false;
+    std::thread m_eventThread;
+};
+
+class SimDevice final : public OrbCam::Device {
+public:
+    SimDevice(SimSystem &system, std::shared_ptr<SimCamera> camera, uint32_t access);
+    ~SimDevice() override;
+
+    OrbGenParam::Array *GetParams(OrbCamErr *err = nullptr) override;
+    OrbCam::DeviceInfo *GetInfo() const override { return m_camera.get(); }
+    bool IsConnected() const override { return m_camera->reachable(); }
+    OrbCamErr RegisterEventCallback(uint32_t event, OrbCam::EventCallback callback,
+                                    void *context) override;
+    OrbCamErr UnregisterEventCallback(uint32_t event, OrbCam::EventCallback callback,
+                                      void *context) override;
+
+    SimCamera *camera() const { return m_camera.get(); }
+    SimSystem &system() const { return m_system; }
+    void deliver(uint32_t event);
+
+private:
+    // The camera's port as this device may use it.
+    class Port final : public GenApi::IPort {
+    public:
+        Port(SimCamera &camera, GenApi::EAccessMode mode)
+            : m_camera(camera)
+            , m_mode(mode)
+        {
+        }
+        GenApi::EAccessMode GetAccessMode() const override { return m_mode; }
+        void Read(void *b, int64_t a, int64_t l) override { m_camera.Read(b, a, l); }
+        void Write(const void *b, int64_t a, int64_t l) override;
+
+    private:
+        SimCamera &m_camera;
+        GenApi::EAccessMode m_mode;
+    };
+
+    SimSystem &m_system;
+    std::shared_ptr<SimCamera> m_camera;
+    Port m_port;
+    GenApi::CNodeMapRef m_map;
+    std::unique_ptr<ParamArray> m_params;
+    std::recursive_mutex m_callbackMutex;
+    struct Callback {
+        uint32_t event;
+        OrbCam::EventCallback function;
+        void *context;
+    };
+    std::vector<Callback> m_callbacks;
+};
+
+// The running system, or nullptr; with the global lock held by the caller.
+SimSystem *runningSystem();
+
+} // namespace OrbCamImpl
+
+#endif
