@@ -28,7 +28,7 @@ private:
                  QString::fromUtf8(process.readAllStandardOutput()),
                  QString::fromUtf8(process.readAllStandardError()) };
     }
-    static QString camera() { return QStringLiteral(ORB_CAMERAS_DIR "/orbsim-c2000.xml"); }
+    static QString camera() { return QStringLiteral(ORB_TEST_DATA_DIR "/genapi/dump-camera.xml"); }
 };
 
 void tst_GenApiDump::dumpsTheTree()
