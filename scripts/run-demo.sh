@@ -5,11 +5,18 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+# --config FILE: a simulated set-up of your own (see OrbCamSim.h).
+ls_args=()
+if [ "${1:-}" = "--config" ] && [ -n "${2:-}" ]; then
+    ls_args=(--config "$2")
+    shift 2
+fi
+
 scripts/setup.sh
 scripts/build.sh build >/dev/null
 
 echo "== Cameras of the simulated system (orbcam-ls)"
-build/tools/orbcam-ls/orbcam-ls
+build/tools/orbcam-ls/orbcam-ls "${ls_args[@]}"
 echo
 echo "== Feature tree of the OrbSim-C2000 model (genapi-dump)"
 exec build/tools/genapi-dump/genapi-dump platform/orbcam/cameras/orbsim-c2000.xml \
