@@ -1,0 +1,816 @@
+#include "genparamtreemodel.h"
+
+#include <OrbCam/OrbGenParam.h>
+#include <OrbGui/qtorbspinboxval64.h>
+
+#include "widgets/ip4validator.h"
+
+#include <QBrush>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QLineEdit>
+#include <QPalette>
+#include <QPushButton>
+#include <QSet>
+#include <QThread>
+#include <QVector>
+
+#include <list>
+#include <map>
+#include <vector>
+
+using namespace GenApi;
+
+namespace OrbGui {
+
+namespace {
+
+// The role list of the dataChanged that setData emits.
+const QVector<int> s_roles { Qt::EditRole };
+
+QString fromGc(const GenICam::gcstring &text)
+{
+    return QString::fromUtf8(text.c_str());
+}
+
+QString messageOf(const GenICam::GenericException &e)
+{
+    const char *description = e.GetDescription();
+    return description ? QString::fromUtf8(description) : QStringLiteral("Unknown Error");
+}
+
+const QSet<QByteArray> &ipAddrRep()
+{
+    static const QSet<QByteArray> names {
+        "GevCurrentIPAddress",
+        "GevCurrentSubnetMask",
+        "GevCurrentDefaultGateway",
+        "GevPersistentIPAddress",
+        "GevPersistentSubnetMask",
+        "GevPersistentDefaultGateway",
+        "GevPrimaryApplicationIPAddress",
+        "GevMCDA",
+        "GevSCDA",
+    };
+    return names;
+}
+
+const QByteArray &nameMAC()
+{
+    static const QByteArray name("GevMACAddress");
+    return name;
+}
+
+ERepresentation FixIntegerRepresentation(IInteger *integer, const GenICam::gcstring &name)
+{
+    const QByteArray n(name.c_str());
+    if (n == nameMAC())
+        return MACAddress;
+    if (ipAddrRep().contains(n))
+        return IPV4Address;
+    return integer->GetRepresentation();
+}
+
+QString ipText(int64_t value)
+{
+    const quint32 v = static_cast<quint32>(value);
+    return QStringLiteral("%1.%2.%3.%4")
+        .arg((v >> 24) & 0xFF)
+        .arg((v >> 16) & 0xFF)
+        .arg((v >> 8) & 0xFF)
+        .arg(v & 0xFF);
+}
+
+QString macText(int64_t value)
+{
+    const quint64 v = static_cast<quint64>(value);
+    QStringList bytes;
+    for (int shift = 40; shift >= 0; shift -= 8)
+        bytes << QStringLiteral("%1").arg((v >> shift) & 0xFF, 2, 16, QLatin1Char('0'));
+    return bytes.join(QLatin1Char(':'));
+}
+
+QBrush redBrush()
+{
+    return QBrush(QColor(255, 0, 0, 255));
+}
+
+} // namespace
+
+bool GenParamErrorController::ClearError(const QString &name, int id)
+{
+    auto it = m_errors.find(name);
+    if (it == m_errors.end() || !it->contains(id))
+        return false;
+    it->remove(id);
+    if (it->isEmpty())
+        m_errors.erase(it);
+    return true;
+}
+
+QString GenParamErrorController::firstError(const QString &name) const
+{
+    auto it = m_errors.constFind(name);
+    return (it == m_errors.constEnd() || it->isEmpty()) ? QString() : it->first();
+}
+
+struct IndexFeature;
+using ItemEntry = std::pair<IValue *const, IndexFeature>;
+
+// One row of the tree. Stored as the value of an `items` entry, whose
+// address is the internal pointer of every index of the row.
+struct IndexFeature {
+    ItemEntry *parent = nullptr;
+    ItemEntry **children = nullptr;
+    qint32 row = 0;
+    qint32 childCount = 0;
+};
+
+class GenParamTreeModelPrivate {
+    Q_DECLARE_PUBLIC(GenParamTreeModel)
+
+public:
+    GenParamTreeModelPrivate(GenParamTreeModel *q, INodeMap *map)
+        : q_ptr(q)
+        , nodeMap(map)
+    {
+    }
+
+    void Init(GenParamTreeModel *q);
+    void RegisterCallbackForChildren(ICategory *category, ItemEntry *parentItem);
+    void DeRegisterCallbacks();
+    void NodeCallback(INode *node);
+
+    QVariant DisplayRoleImp(IValue *value) const;
+    QVariant EditRoleImp(IValue *value) const;
+    QVariant WhatsThis(IValue *value) const;
+    QVariant ControlDataRoleImp(IValue *value) const;
+    ERepresentation IntRepresentation(IInteger *integer) const;
+    static QString CacheModeToStr(ECachingMode mode);
+
+    GenParamTreeModel *q_ptr;
+    INodeMap *nodeMap;
+    bool ipRepresentationTrusted = false;
+    const GenICam::gcstring probeNodeName { "GevCurrentIPAddress" };
+    std::vector<CallbackHandleType> callbackHandles;
+    std::map<IValue *, IndexFeature> items;
+    std::list<std::vector<ItemEntry *>> childLists;
+    ItemEntry **rootChildren = nullptr;
+    qint32 rootChildCount = 0;
+};
+
+void GenParamTreeModelPrivate::Init(GenParamTreeModel *q)
+{
+    qRegisterMetaType<QVector<int>>("QVector<int>");
+    qRegisterMetaType<ControlData>("ControlData");
+    qRegisterMetaType<VariantData>("VariantData");
+    qRegisterMetaType<IValue *>("GenApi::IValue*");
+    q_ptr = q;
+    ipRepresentationTrusted = false;
+    items.clear();
+    childLists.clear();
+    if (INode *root = nodeMap->GetNode("Root"))
+        RegisterCallbackForChildren(dynamic_cast<ICategory *>(root), nullptr);
+    if (!childLists.empty()) {
+        rootChildren = childLists.front().data();
+        rootChildCount = static_cast<qint32>(childLists.front().size());
+    }
+}
+
+void GenParamTreeModelPrivate::RegisterCallbackForChildren(ICategory *category,
+                                                           ItemEntry *parentItem)
+{
+    if (!category)
+        return;
+    FeatureList_t features;
+    category->GetFeatures(features);
+    childLists.emplace_back(features.size(), nullptr);
+    std::vector<ItemEntry *> &children = childLists.back();
+    for (size_t i = 0; i < features.size(); ++i) {
+        IValue *feature = features[i];
+        INode *node = feature->GetNode();
+        if (node->GetName() == probeNodeName) {
+            auto *integer = dynamic_cast<IInteger *>(node);
+            if (integer && integer->GetRepresentation() == IPV4Address)
+                ipRepresentationTrusted = true;
+        }
+        callbackHandles.push_back(
+            Register(node, *this, &GenParamTreeModelPrivate::NodeCallback, cbPostInsideLock));
+        // A feature reached again through another category keeps its first
+        // parent and row.
+        auto inserted = items.emplace(
+            feature, IndexFeature { parentItem, nullptr, static_cast<qint32>(i), 0 });
+        ItemEntry *entry = &*inserted.first;
+        children[i] = entry;
+        RegisterCallbackForChildren(dynamic_cast<ICategory *>(node), entry);
+    }
+    if (parentItem) {
+        parentItem->second.children = children.data();
+        parentItem->second.childCount = static_cast<qint32>(children.size());
+    }
+}
+
+void GenParamTreeModelPrivate::DeRegisterCallbacks()
+{
+    for (CallbackHandleType handle : callbackHandles)
+        Deregister(handle);
+    callbackHandles.clear();
+    items.clear();
+    childLists.clear();
+    rootChildren = nullptr;
+    rootChildCount = 0;
+    ipRepresentationTrusted = false;
+}
+
+void GenParamTreeModelPrivate::NodeCallback(INode *node)
+{
+    Q_Q(GenParamTreeModel);
+    auto *value = dynamic_cast<IValue *>(node);
+    if (!value)
+        return;
+    auto it = items.find(value);
+    if (it == items.end())
+        return;
+    ItemEntry *entry = &*it;
+    const int row = entry->second.row;
+    if (QThread::currentThread() == q->thread()) {
+        const QModelIndex i = q->createIndex(row, 1, entry);
+        Q_EMIT q->dataChanged(i, i, {});
+        return;
+    }
+    // A change made on another thread (a host's acquisition thread writing
+    // or polling the node map) reaches the view on the model's thread; the
+    // call is dropped if the model is gone by then.
+    QMetaObject::invokeMethod(
+        q,
+        [q, row, entry] {
+            const QModelIndex i = q->createIndex(row, 1, entry);
+            Q_EMIT q->dataChanged(i, i, {});
+        },
+        Qt::QueuedConnection);
+}
+
+ERepresentation GenParamTreeModelPrivate::IntRepresentation(IInteger *integer) const
+{
+    if (ipRepresentationTrusted)
+        return integer->GetRepresentation();
+    return FixIntegerRepresentation(integer, integer->GetNode()->GetName());
+}
+
+QString GenParamTreeModelPrivate::CacheModeToStr(ECachingMode mode)
+{
+    switch (mode) {
+    case NoCache:
+        return QStringLiteral("NoCache");
+    case WriteThrough:
+        return QStringLiteral("WriteThrough");
+    case WriteAround:
+        return QStringLiteral("WriteAround");
+    default:
+        return QStringLiteral("Undefined");
+    }
+}
+
+QVariant GenParamTreeModelPrivate::DisplayRoleImp(IValue *value) const
+{
+    INode *node = value->GetNode();
+    switch (node->GetPrincipalInterfaceType()) {
+    case intfIInteger: {
+        auto *integer = dynamic_cast<IInteger *>(value);
+        switch (IntRepresentation(integer)) {
+        case IPV4Address:
+            return ipText(integer->GetValue());
+        case MACAddress:
+            return macText(integer->GetValue()).toUpper();
+        case HexNumber:
+            return QString::number(static_cast<qulonglong>(integer->GetValue()), 16).toUpper();
+        default:
+            return QString::number(integer->GetValue()) + fromGc(integer->GetUnit());
+        }
+    }
+    case intfIBoolean:
+        return dynamic_cast<IBoolean *>(value)->GetValue() ? QStringLiteral("True")
+                                                           : QStringLiteral("False");
+    case intfICommand:
+        return QStringLiteral("Execute");
+    case intfIFloat: {
+        auto *f = dynamic_cast<IFloat *>(value);
+        return QString::number(f->GetValue(), 'f', static_cast<int>(f->GetDisplayPrecision()))
+            + fromGc(f->GetUnit());
+    }
+    case intfIString:
+        return fromGc(dynamic_cast<IString *>(value)->GetValue());
+    case intfIEnumeration:
+        return fromGc(value->ToString());
+    default:
+        return QVariant();
+    }
+}
+
+QVariant GenParamTreeModelPrivate::EditRoleImp(IValue *value) const
+{
+    INode *node = value->GetNode();
+    switch (node->GetPrincipalInterfaceType()) {
+    case intfIInteger: {
+        auto *integer = dynamic_cast<IInteger *>(value);
+        const ERepresentation representation = IntRepresentation(integer);
+        if (representation == IPV4Address)
+            return ipText(integer->GetValue());
+        if (representation == MACAddress)
+            return macText(integer->GetValue());
+        const QVariant number = QVariant::fromValue<qlonglong>(integer->GetValue());
+        if (integer->GetIncMode() == listIncrement)
+            return QVariant::fromValue(VariantData { number });
+        return number;
+    }
+    case intfIBoolean:
+        return dynamic_cast<IBoolean *>(value)->GetValue();
+    case intfIFloat: {
+        auto *f = dynamic_cast<IFloat *>(value);
+        const QVariant number(f->GetValue());
+        if (f->GetIncMode() == listIncrement)
+            return QVariant::fromValue(VariantData { number });
+        return number;
+    }
+    case intfIString:
+        return fromGc(dynamic_cast<IString *>(value)->GetValue());
+    case intfIEnumeration:
+        return QVariant::fromValue<qulonglong>(
+            static_cast<qulonglong>(dynamic_cast<IEnumeration *>(value)->GetIntValue()));
+    default:
+        return QVariant();
+    }
+}
+
+QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
+{
+    INode *node = value->GetNode();
+    ControlData data;
+    try {
+        switch (node->GetPrincipalInterfaceType()) {
+        case intfIInteger: {
+            auto *integer = dynamic_cast<IInteger *>(value);
+            if (IntRepresentation(integer) == IPV4Address) {
+                auto *edit = new QLineEdit;
+                edit->setFrame(false);
+                edit->setAlignment(Qt::AlignCenter);
+                edit->setValidator(new IP4Validator(edit));
+                data = { edit, ControlData::LineEdit };
+            } else if (integer->GetIncMode() == listIncrement) {
+                auto *combo = new QComboBox;
+                combo->setFrame(false);
+                const QString unit = fromGc(integer->GetUnit());
+                for (int64_t v : integer->GetListOfValidValues(true))
+                    combo->addItem(QString::number(v) + unit, QVariant::fromValue<qlonglong>(v));
+                data = { combo, ControlData::ComboBox };
+            } else {
+                auto *spin = new QtOrbSpinBoxVal64;
+                spin->setFrame(false);
+                spin->setAccelerated(true);
+                spin->setKeyboardTracking(false);
+                spin->setIgnoreFocusOut(false);
+                if (integer->GetRepresentation() == HexNumber)
+                    spin->setDisplayIntegerBase(16);
+                const int64_t step = integer->GetInc();
+                spin->setSingleStep(step);
+                spin->setValidateStepping(step > 1);
+                spin->setRange(integer->GetMin(), integer->GetMax());
+                data = { spin, ControlData::SpinBox64 };
+            }
+            break;
+        }
+        case intfIBoolean: {
+            auto *combo = new QComboBox;
+            combo->setFrame(false);
+            combo->addItem(QStringLiteral("True"), true);
+            combo->addItem(QStringLiteral("False"), false);
+            data = { combo, ControlData::ComboBox };
+            break;
+        }
+        case intfICommand: {
+            auto *button = new QPushButton(QStringLiteral("Execute"));
+            button->setFlat(true);
+            data = { button, ControlData::PushButton };
+            break;
+        }
+        case intfIFloat: {
+            auto *f = dynamic_cast<IFloat *>(value);
+            const QString unit = fromGc(f->GetUnit());
+            if (f->GetIncMode() == listIncrement) {
+                auto *combo = new QComboBox;
+                combo->setFrame(false);
+                // Integer item data for a float list, as the delegate expects.
+                for (double v : f->GetListOfValidValues(true))
+                    combo->addItem(QString::number(v, 'g', 6) + unit,
+                                   QVariant::fromValue<qlonglong>(static_cast<qlonglong>(v)));
+                data = { combo, ControlData::ComboBox };
+            } else {
+                auto *spin = new QDoubleSpinBox;
+                spin->setFrame(false);
+                spin->setAccelerated(true);
+                spin->setDecimals(static_cast<int>(f->GetDisplayPrecision()));
+                spin->setRange(f->GetMin(), f->GetMax());
+                spin->setSuffix(unit);
+                spin->setSingleStep(f->GetInc());
+                data = { spin, ControlData::DoubleSpinBox };
+            }
+            break;
+        }
+        case intfIString: {
+            auto *edit = new QLineEdit;
+            edit->setFrame(false);
+            data = { edit, ControlData::LineEdit };
+            break;
+        }
+        case intfIEnumeration: {
+            auto *combo = new QComboBox;
+            combo->setFrame(false);
+            NodeList_t entries;
+            dynamic_cast<IEnumeration *>(value)->GetEntries(entries);
+            for (INode *entryNode : entries) {
+                auto *entry = dynamic_cast<IEnumEntry *>(entryNode);
+                if (!entry || !IsAvailable(entryNode->GetAccessMode()))
+                    continue;
+                combo->addItem(fromGc(entry->GetSymbolic()),
+                               QVariant::fromValue<qlonglong>(entry->GetValue()));
+            }
+            data = { combo, ControlData::ComboBox };
+            break;
+        }
+        default:
+            return QVariant();
+        }
+    } catch (const GenICam::GenericException &) {
+        // The limits or entries could not be read: no editor, and the
+        // cell's own read reports the failure.
+        delete data.control;
+        return QVariant();
+    }
+    return QVariant::fromValue(data);
+}
+
+QVariant GenParamTreeModelPrivate::WhatsThis(IValue *value) const
+{
+    INode *node = value->GetNode();
+    QStringList lines;
+    try {
+        lines << GenParamTreeModel::tr("<i>Name:</i> %1").arg(fromGc(node->GetName()));
+        if (auto *selector = dynamic_cast<ISelector *>(value)) {
+            FeatureList_t selecting;
+            selector->GetSelectingFeatures(selecting);
+            if (!selecting.empty()) {
+                QStringList names;
+                for (IValue *s : selecting)
+                    names << fromGc(s->GetNode()->GetDisplayName());
+                lines << GenParamTreeModel::tr("<i>Selectors:</i> %1")
+                             .arg(names.join(QLatin1Char(',')));
+            }
+        }
+        const EInterfaceType type = node->GetPrincipalInterfaceType();
+        QString typeName;
+        switch (type) {
+        case intfIInteger:
+            typeName = GenParamTreeModel::tr("Integer");
+            break;
+        case intfIBoolean:
+            typeName = GenParamTreeModel::tr("Boolean");
+            break;
+        case intfICommand:
+            typeName = GenParamTreeModel::tr("Command");
+            break;
+        case intfIFloat:
+            typeName = GenParamTreeModel::tr("Float");
+            break;
+        case intfIString:
+            typeName = GenParamTreeModel::tr("String");
+            break;
+        case intfIEnumeration:
+            typeName = GenParamTreeModel::tr("Enumeration");
+            break;
+        default:
+            break;
+        }
+        if (!typeName.isEmpty())
+            lines.insert(1, GenParamTreeModel::tr("<i>Type:</i> %1").arg(typeName));
+
+        const QString limits = GenParamTreeModel::tr("<i>Limits</i>: Min: %1, Max: %2");
+        const QString increment = GenParamTreeModel::tr("<i>Increment</i>: %1");
+        const QString valid = GenParamTreeModel::tr("<i>Valid values</i>: %1");
+        if (type == intfIInteger) {
+            auto *integer = dynamic_cast<IInteger *>(value);
+            switch (integer->GetIncMode()) {
+            case noIncrement:
+                lines << limits.arg(integer->GetMin()).arg(integer->GetMax());
+                break;
+            case fixedIncrement:
+                lines << limits.arg(integer->GetMin()).arg(integer->GetMax());
+                lines << increment.arg(integer->GetInc());
+                break;
+            case listIncrement: {
+                const bool hex = integer->GetRepresentation() == HexNumber;
+                QStringList values;
+                for (int64_t v : integer->GetListOfValidValues(true))
+                    values << (hex ? QStringLiteral("0x")
+                                       + QString::number(static_cast<qulonglong>(v), 16)
+                                   : QString::number(v));
+                lines << valid.arg(values.join(QLatin1Char(',')));
+                break;
+            }
+            }
+        } else if (type == intfIFloat) {
+            auto *f = dynamic_cast<IFloat *>(value);
+            const int p = static_cast<int>(f->GetDisplayPrecision());
+            switch (f->GetIncMode()) {
+            case noIncrement:
+                lines << limits.arg(f->GetMin(), 0, 'g', p).arg(f->GetMax(), 0, 'g', p);
+                break;
+            case fixedIncrement:
+                lines << limits.arg(f->GetMin(), 0, 'g', p).arg(f->GetMax(), 0, 'g', p);
+                lines << increment.arg(f->GetInc(), 0, 'g', p);
+                break;
+            case listIncrement: {
+                QStringList values;
+                for (double v : f->GetListOfValidValues(true))
+                    values << QString::number(v, 'g', 6);
+                lines << valid.arg(values.join(QLatin1Char(',')));
+                break;
+            }
+            }
+        } else if (type == intfIEnumeration) {
+            lines << GenParamTreeModel::tr("<i>Enumeration entries</i>:");
+            NodeList_t entries;
+            dynamic_cast<IEnumeration *>(value)->GetEntries(entries);
+            for (INode *entryNode : entries) {
+                if (auto *entry = dynamic_cast<IEnumEntry *>(entryNode))
+                    lines << QStringLiteral("\"%1\": %2 (0x%3)")
+                                 .arg(fromGc(entry->GetSymbolic()))
+                                 .arg(entry->GetValue())
+                                 .arg(static_cast<qulonglong>(entry->GetValue()), 8, 16,
+                                      QLatin1Char('0'));
+            }
+        }
+    } catch (const GenICam::GenericException &e) {
+        // Limits that cannot be read: say so and keep the rest of the text.
+        lines << messageOf(e).toHtmlEscaped();
+    }
+    lines << GenParamTreeModel::tr("<i>Description:</i> %1").arg(fromGc(node->GetDescription()));
+    lines << GenParamTreeModel::tr("<i>Streamable:</i> %1")
+                 .arg(node->IsStreamable() ? GenParamTreeModel::tr("True")
+                                           : GenParamTreeModel::tr("False"));
+    lines
+        << GenParamTreeModel::tr("<i>Cachable:</i> %1").arg(CacheModeToStr(node->GetCachingMode()));
+    return lines.join(QStringLiteral("<br />"));
+}
+
+GenParamTreeModel::GenParamTreeModel(INodeMap *nodeMap, QObject *parent)
+    : QAbstractItemModel(parent)
+    , d_ptr(new GenParamTreeModelPrivate(this, nodeMap))
+{
+    Q_D(GenParamTreeModel);
+    d->Init(this);
+}
+
+GenParamTreeModel::GenParamTreeModel(OrbGenParam::Array *array, QObject *parent)
+    : GenParamTreeModel(array->GetNodeMap(), parent)
+{
+}
+
+GenParamTreeModel::~GenParamTreeModel()
+{
+    Q_D(GenParamTreeModel);
+    d->DeRegisterCallbacks();
+}
+
+QModelIndex GenParamTreeModel::index(int row, int column, const QModelIndex &parent) const
+{
+    Q_D(const GenParamTreeModel);
+    if (!hasIndex(row, column, parent))
+        return QModelIndex();
+    if (!parent.isValid())
+        return createIndex(row, column, d->rootChildren[row]);
+    auto *item = static_cast<ItemEntry *>(parent.internalPointer());
+    if (!item || item->second.childCount < 1)
+        return QModelIndex();
+    return createIndex(row, column, item->second.children[row]);
+}
+
+QModelIndex GenParamTreeModel::parent(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return QModelIndex();
+    auto *item = static_cast<ItemEntry *>(index.internalPointer());
+    if (!item || !item->second.parent)
+        return QModelIndex();
+    ItemEntry *parentItem = item->second.parent;
+    return createIndex(parentItem->second.row, 0, parentItem);
+}
+
+int GenParamTreeModel::rowCount(const QModelIndex &parent) const
+{
+    Q_D(const GenParamTreeModel);
+    if (!parent.isValid())
+        return d->rootChildCount;
+    auto *item = static_cast<ItemEntry *>(parent.internalPointer());
+    return item ? item->second.childCount : 0;
+}
+
+int GenParamTreeModel::columnCount(const QModelIndex &) const
+{
+    return 2;
+}
+
+QVariant GenParamTreeModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return QVariant();
+    if (section == 0)
+        return tr("Name");
+    if (section == 1)
+        return tr("Value");
+    return QVariant();
+}
+
+QVariant GenParamTreeModel::data(const QModelIndex &index, int role) const
+{
+    Q_D(const GenParamTreeModel);
+    if (!index.isValid())
+        return QVariant();
+    auto *item = static_cast<ItemEntry *>(index.internalPointer());
+    if (!item)
+        return QVariant();
+    IValue *value = item->first;
+    if (role == ValuePointerRole)
+        return QVariant::fromValue(value);
+    if (role == ControlDataRole)
+        return d->ControlDataRoleImp(value);
+    if (role == Qt::WhatsThisRole)
+        return d->WhatsThis(value);
+
+    QString paramName = QStringLiteral("UnknownNode");
+    INode *node = value->GetNode();
+    if (index.column() == 0) {
+        try {
+            paramName = fromGc(node->GetName());
+            switch (role) {
+            case Qt::DisplayRole: {
+                const QString display = fromGc(node->GetDisplayName());
+                return display.isEmpty() ? paramName : display;
+            }
+            case Qt::ToolTipRole: {
+                if (m_errors.hasErrors(paramName))
+                    return m_errors.firstError(paramName);
+                const QString tip = fromGc(node->GetToolTip());
+                return tip.isEmpty() ? data(index, Qt::DisplayRole) : tip;
+            }
+            case Qt::BackgroundRole:
+                if (node->GetPrincipalInterfaceType() == intfICategory)
+                    return QBrush(QPalette().color(QPalette::Active, QPalette::Midlight));
+                return QVariant();
+            case Qt::ForegroundRole:
+                return m_errors.hasErrors(paramName) ? QVariant(redBrush()) : QVariant();
+            default:
+                return QVariant();
+            }
+        } catch (const GenICam::GenericException &e) {
+            if (role == Qt::DisplayRole)
+                return tr("ERROR");
+            if (role == Qt::ToolTipRole)
+                return messageOf(e);
+            return QVariant();
+        }
+    }
+
+    try {
+        paramName = fromGc(node->GetName());
+        const EInterfaceType type = node->GetPrincipalInterfaceType();
+        if (type == intfICategory)
+            return QVariant();
+        QVariant result;
+        switch (role) {
+        case Qt::ToolTipRole:
+            if (m_errors.hasErrors(paramName))
+                return m_errors.firstError(paramName);
+            return fromGc(node->GetToolTip());
+        case Qt::ForegroundRole: {
+            if (m_errors.hasErrors(paramName)) {
+                result = redBrush();
+                break;
+            }
+            const EAccessMode mode = node->GetAccessMode();
+            const bool shown = type == intfICommand || IsReadable(mode);
+            if (!(shown && (mode == WO || mode == RW)))
+                result = QBrush(QPalette().color(QPalette::Disabled, QPalette::Text));
+            break;
+        }
+        case Qt::DisplayRole:
+        case Qt::EditRole: {
+            const EAccessMode mode = node->GetAccessMode();
+            if (mode == NI || mode == NA)
+                result = tr("<Value not available>");
+            else if (type != intfICommand && !IsReadable(mode))
+                result = tr("<Value not readable>");
+            else
+                result = role == Qt::DisplayRole ? d->DisplayRoleImp(value) : d->EditRoleImp(value);
+            break;
+        }
+        default:
+            return QVariant();
+        }
+        if (m_errors.ClearError(paramName, role))
+            Q_EMIT errorDisappeared(index, paramName, role);
+        return result;
+    } catch (const GenICam::GenericException &e) {
+        const QString message = messageOf(e);
+        if (m_errors.SetError(paramName, message, role))
+            Q_EMIT errorAppeared(index, paramName, message, role);
+        if (role == Qt::DisplayRole || role == Qt::EditRole)
+            return message;
+        return QVariant();
+    }
+}
+
+bool GenParamTreeModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (!index.isValid() || index.column() == 0 || role != Qt::EditRole)
+        return false;
+    auto *item = static_cast<ItemEntry *>(index.internalPointer());
+    IValue *feature = item ? item->first : nullptr;
+    if (!feature)
+        return false;
+    QString paramName = QStringLiteral("UnknownNode");
+    try {
+        INode *node = feature->GetNode();
+        const EAccessMode mode = node->GetAccessMode();
+        if (mode != WO && mode != RW)
+            return false;
+        paramName = fromGc(node->GetName());
+        switch (node->GetPrincipalInterfaceType()) {
+        case intfIInteger: {
+            auto *integer = dynamic_cast<IInteger *>(feature);
+            if (value.userType() == QMetaType::QString)
+                integer->SetValue(IP4Validator::getIp(value.toString()));
+            else
+                integer->SetValue(value.toLongLong());
+            break;
+        }
+        case intfIBoolean:
+            dynamic_cast<IBoolean *>(feature)->SetValue(value.toBool());
+            break;
+        case intfICommand:
+            dynamic_cast<ICommand *>(feature)->Execute();
+            break;
+        case intfIFloat: {
+            auto *f = dynamic_cast<IFloat *>(feature);
+            const double requested = value.toDouble();
+            const double low = f->GetMin();
+            const double high = f->GetMax();
+            f->SetValue(requested < low ? low : (requested > high ? high : requested));
+            break;
+        }
+        case intfIString:
+            dynamic_cast<IString *>(feature)->SetValue(value.toString().toUtf8().constData());
+            break;
+        case intfIEnumeration: {
+            auto *e = dynamic_cast<IEnumeration *>(feature);
+            bool ok = false;
+            const qlonglong number = value.toLongLong(&ok);
+            if (ok)
+                e->SetIntValue(number);
+            else
+                e->FromString(value.toString().toUtf8().constData());
+            break;
+        }
+        default:
+            return false;
+        }
+    } catch (const GenICam::GenericException &e) {
+        const QString message = messageOf(e);
+        if (m_errors.SetError(paramName, message, WriteErrorId))
+            Q_EMIT errorAppeared(index, paramName, message, WriteErrorId);
+        return false;
+    }
+    Q_EMIT dataChanged(index, index, s_roles);
+    if (m_errors.ClearError(paramName, WriteErrorId))
+        Q_EMIT errorDisappeared(index, paramName, WriteErrorId);
+    return true;
+}
+
+Qt::ItemFlags GenParamTreeModel::flags(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    auto *item = static_cast<ItemEntry *>(index.internalPointer());
+    const Qt::ItemFlags base = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+    if (index.column() == 0 || !item || !item->first)
+        return base;
+    try {
+        const EAccessMode mode = item->first->GetNode()->GetAccessMode();
+        if (mode == WO || mode == RW)
+            return base | Qt::ItemIsEditable;
+    } catch (const GenICam::GenericException &) {
+        // An access mode that cannot be read is treated as not editable.
+    }
+    return base;
+}
+
+} // namespace OrbGui
