@@ -98,13 +98,16 @@ qlonglong QtOrbSpinBoxVal64Private::snapped(qlonglong v) const
     // is always reachable. Unsigned arithmetic keeps the full 64-bit range
     // free of overflow.
     const quint64 step = static_cast<quint64>(singleStep);
+    const quint64 span = static_cast<quint64>(maximum) - static_cast<quint64>(minimum);
     quint64 d = static_cast<quint64>(v) - static_cast<quint64>(minimum);
     const quint64 r = d % step;
-    if (r != 0)
-        d = (r >= step / 2) ? d + (step - r) : d - r;
-    const quint64 span = static_cast<quint64>(maximum) - static_cast<quint64>(minimum);
-    if (d > span)
-        return maximum;
+    if (r >= step / 2 && r != 0) {
+        if (step - r > span - d) // beyond the maximum (and maybe beyond 64 bits)
+            return maximum;
+        d += step - r;
+    } else {
+        d -= r;
+    }
     return static_cast<qlonglong>(static_cast<quint64>(minimum) + d);
 }
 

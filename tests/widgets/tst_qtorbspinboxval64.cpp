@@ -1,0 +1,455 @@
+#include <OrbGui/qtorbspinboxval64.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QStyle>
+#include <QStyleOptionSpinBox>
+#include <QVBoxLayout>
+#include <QtTest>
+
+#include <limits>
+
+using namespace OrbGui;
+
+namespace {
+
+// A window with the spin box and a second field to move the focus to.
+struct Window {
+    Window()
+    {
+        auto *layout = new QVBoxLayout(&window);
+        spin = new QtOrbSpinBoxVal64;
+        other = new QLineEdit;
+        layout->addWidget(spin);
+        layout->addWidget(other);
+        window.show();
+        window.activateWindow();
+        spin->setFocus();
+    }
+    bool ready() { return QTest::qWaitForWindowActive(&window); }
+    // Replaces the number by typing, as a user would after selecting it.
+    void type(const QString &text)
+    {
+        spin->setFocus();
+        spin->selectAll();
+        QTest::keyClicks(spin, text);
+    }
+    QPoint upButton() const
+    {
+        QStyleOptionSpinBox option;
+        option.initFrom(spin);
+        option.subControls = QStyle::SC_SpinBoxUp;
+        option.buttonSymbols = spin->buttonSymbols();
+        option.stepEnabled = QAbstractSpinBox::StepUpEnabled | QAbstractSpinBox::StepDownEnabled;
+        return spin->style()
+            ->subControlRect(QStyle::CC_SpinBox, &option, QStyle::SC_SpinBoxUp, spin)
+            .center();
+    }
+    QWidget window;
+    QtOrbSpinBoxVal64 *spin;
+    QLineEdit *other;
+};
+
+// The grid point for v, computed independently of the widget in 128-bit
+// arithmetic: minimum + k * step, rounding up when the remainder reaches half
+// a step (the step halved as an integer), never beyond the maximum.
+__extension__ typedef __int128 Int128;
+
+qlonglong reference(qlonglong min, qlonglong max, qlonglong step, qlonglong v)
+{
+    if (v == min || v == max)
+        return v;
+    const Int128 offset = static_cast<Int128>(v) - min;
+    const Int128 remainder = offset % step;
+    Int128 snapped = static_cast<Int128>(min) + offset - remainder;
+    if (remainder != 0 && remainder >= step / 2)
+        snapped += step;
+    return snapped > max ? max : static_cast<qlonglong>(snapped);
+}
+
+} // namespace
+
+class tst_QtOrbSpinBoxVal64 : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void defaults();
+    void typedValuesSnap_data();
+    void typedValuesSnap();
+    void snappingSweep_data();
+    void snappingSweep();
+    void outOfRangeIsIgnored();
+    void rangeSetters();
+    void bases_data();
+    void bases();
+    void groupSeparators();
+    void arrowsDoNotClamp();
+    void heldArrowCommitsOnRelease();
+    void heldButtonCommitsOnRelease();
+    void typedTextAndFocus_data();
+    void typedTextAndFocus();
+    void keyboardTrackingCommitsEachKey();
+    void prefixAndSuffix();
+    void fullRange();
+    void stepEnabled_data();
+    void stepEnabled();
+};
+
+void tst_QtOrbSpinBoxVal64::initTestCase()
+{
+    QLocale::setDefault(QLocale::c());
+}
+
+void tst_QtOrbSpinBoxVal64::defaults()
+{
+    QtOrbSpinBoxVal64 spin;
+    QCOMPARE(spin.minimum(), 0LL);
+    QCOMPARE(spin.maximum(), 99LL);
+    QCOMPARE(spin.singleStep(), 1LL);
+    QCOMPARE(spin.value(), 0LL);
+    QCOMPARE(spin.displayIntegerBase(), 10);
+    QVERIFY(spin.selectWhenStepping());
+    QVERIFY(!spin.validateStepping());
+    QVERIFY(spin.ignoreFocusOut());
+    QVERIFY(spin.buttonTracking());
+    QCOMPARE(spin.text(), QStringLiteral("0"));
+    const QMetaObject *meta = spin.metaObject();
+    QCOMPARE(QString::fromLatin1(meta->classInfo(meta->indexOfClassInfo("version")).value()),
+             QStringLiteral("1.0.0"));
+    QCOMPARE(QString::fromLatin1(meta->classInfo(meta->indexOfClassInfo("date")).value()),
+             QStringLiteral("03/29/2018"));
+}
+
+void tst_QtOrbSpinBoxVal64::typedValuesSnap_data()
+{
+    QTest::addColumn<qlonglong>("min");
+    QTest::addColumn<qlonglong>("max");
+    QTest::addColumn<qlonglong>("step");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<qlonglong>("committed");
+    QTest::newRow("down to the grid") << 0LL << 100LL << 10LL << "14" << 10LL;
+    QTest::newRow("half rounds up") << 0LL << 100LL << 10LL << "15" << 20LL;
+    QTest::newRow("maximum reachable") << 0LL << 100LL << 10LL << "99" << 100LL;
+    QTest::newRow("minimum kept") << 0LL << 100LL << 10LL << "0" << 0LL;
+    QTest::newRow("maximum kept") << 0LL << 100LL << 10LL << "100" << 100LL;
+    QTest::newRow("grid from the minimum") << 5LL << 95LL << 10LL << "12" << 15LL;
+    QTest::newRow("maximum off the grid") << 5LL << 97LL << 10LL << "93" << 95LL;
+    QTest::newRow("negative range") << -100LL << -10LL << 25LL << "-60" << -50LL;
+}
+
+void tst_QtOrbSpinBoxVal64::typedValuesSnap()
+{
+    QFETCH(qlonglong, min);
+    QFETCH(qlonglong, max);
+    QFETCH(qlonglong, step);
+    QFETCH(QString, typed);
+    QFETCH(qlonglong, committed);
+    Window w;
+    QVERIFY(w.ready());
+    w.spin->setKeyboardTracking(false);
+    w.spin->setRange(min, max);
+    w.spin->setSingleStep(step);
+    w.spin->setValidateStepping(true);
+    w.spin->setValue(min == 0 ? 50 : min);
+    QSignalSpy spy(w.spin, QOverload<qlonglong>::of(&QtOrbSpinBoxVal64::valueChanged));
+    w.type(typed);
+    QTest::keyClick(w.spin, Qt::Key_Return);
+    QCOMPARE(w.spin->value(), committed);
+    QCOMPARE(w.spin->text(), QString::number(committed));
+    QCOMPARE(spy.count(), committed == (min == 0 ? 50 : min) ? 0 : 1);
+}
+
+void tst_QtOrbSpinBoxVal64::snappingSweep_data()
+{
+    QTest::addColumn<qlonglong>("min");
+    QTest::addColumn<qlonglong>("max");
+    QTest::addColumn<qlonglong>("step");
+    const qlonglong mins[] = { 0, 1, 5, -100, -7, 1000000007, -(qlonglong(1) << 40) };
+    const qlonglong steps[] = { 2, 3, 4, 7, 10, 16, 1000 };
+    for (qlonglong min : mins)
+        for (qlonglong step : steps)
+            for (qlonglong span : { step * 3 + 1, step * 10, step * 7 + step / 2 })
+                QTest::newRow(qPrintable(
+                    QStringLiteral("min %1 step %2 span %3").arg(min).arg(step).arg(span)))
+                    << min << min + span << step;
+}
+
+void tst_QtOrbSpinBoxVal64::snappingSweep()
+{
+    // Every value of the range, through the real commit path (setValue).
+    QFETCH(qlonglong, min);
+    QFETCH(qlonglong, max);
+    QFETCH(qlonglong, step);
+    QtOrbSpinBoxVal64 spin;
+    spin.setRange(min, max);
+    spin.setSingleStep(step);
+    spin.setValidateStepping(true);
+    for (qlonglong v = min; v <= max; ++v) {
+        spin.setValue(v);
+        const qlonglong got = spin.value();
+        QCOMPARE(got, reference(min, max, step, v));
+        QVERIFY(got == max || (got - min) % step == 0);
+        QVERIFY(got >= min && got <= max);
+    }
+}
+
+void tst_QtOrbSpinBoxVal64::outOfRangeIsIgnored()
+{
+    QtOrbSpinBoxVal64 spin;
+    spin.setValue(42);
+    QSignalSpy spy(&spin, QOverload<qlonglong>::of(&QtOrbSpinBoxVal64::valueChanged));
+    spin.setValue(150);
+    spin.setValue(-1);
+    QCOMPARE(spin.value(), 42LL);
+    QCOMPARE(spin.text(), QStringLiteral("42"));
+    QCOMPARE(spy.count(), 0);
+}
+
+void tst_QtOrbSpinBoxVal64::rangeSetters()
+{
+    QtOrbSpinBoxVal64 spin;
+    spin.setValue(50);
+    spin.setRange(10, 5);
+    QCOMPARE(spin.minimum(), 10LL);
+    QCOMPARE(spin.maximum(), 10LL);
+    QCOMPARE(spin.value(), 50LL); // a value outside a new range stays
+    // The validator was given the bounds as they came (10, 5): 7 lies
+    // above its top and is Invalid rather than Intermediate.
+    QString text = QStringLiteral("7");
+    int pos = 0;
+    QCOMPARE(spin.validate(text, pos), QValidator::Invalid);
+    spin.setMinimum(20);
+    QCOMPARE(spin.maximum(), 20LL);
+    spin.setMaximum(15);
+    QCOMPARE(spin.minimum(), 15LL);
+}
+
+void tst_QtOrbSpinBoxVal64::bases_data()
+{
+    QTest::addColumn<int>("base");
+    QTest::addColumn<qlonglong>("value");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("hex negative") << 16 << -255LL << "[-ff]";
+    QTest::newRow("hex positive") << 16 << 4096LL << "[1000]";
+    QTest::newRow("binary") << 2 << 5LL << "[101]";
+    QTest::newRow("octal") << 8 << 64LL << "[100]";
+}
+
+void tst_QtOrbSpinBoxVal64::bases()
+{
+    QFETCH(int, base);
+    QFETCH(qlonglong, value);
+    QFETCH(QString, text);
+    QtOrbSpinBoxVal64 spin;
+    spin.setPrefix(QStringLiteral("["));
+    spin.setSuffix(QStringLiteral("]"));
+    spin.setRange(-100000, 100000);
+    spin.setDisplayIntegerBase(base);
+    QSignalSpy textSpy(&spin, QOverload<const QString &>::of(&QtOrbSpinBoxVal64::valueChanged));
+    spin.setValue(value);
+    QCOMPARE(spin.text(), text);
+    QCOMPARE(spin.cleanText(), QString::number(value));
+    QCOMPARE(textSpy.count(), 1);
+    QCOMPARE(textSpy.at(0).at(0).toString(), text);
+}
+
+void tst_QtOrbSpinBoxVal64::groupSeparators()
+{
+    QtOrbSpinBoxVal64 spin;
+    spin.setLocale(QLocale(QLocale::German));
+    spin.setRange(-100000000, 100000000);
+    spin.setValue(1234567);
+    QCOMPARE(spin.text(), QStringLiteral("1234567"));
+    spin.setValue(999);
+    QCOMPARE(spin.text(), QStringLiteral("999"));
+    spin.setGroupSeparatorShown(true);
+    spin.setValue(-1234567);
+    QCOMPARE(spin.text(), QStringLiteral("-1.234.567"));
+}
+
+void tst_QtOrbSpinBoxVal64::arrowsDoNotClamp()
+{
+    Window w;
+    QVERIFY(w.ready());
+    w.spin->setRange(0, 99);
+    w.spin->setSingleStep(10);
+    w.spin->setValue(95);
+    QTest::keyClick(w.spin, Qt::Key_Up);
+    QCOMPARE(w.spin->value(), 95LL);
+    QTest::keyClick(w.spin, Qt::Key_Down);
+    QCOMPARE(w.spin->value(), 85LL);
+    w.spin->setWrapping(true);
+    w.spin->setValue(95);
+    QTest::keyClick(w.spin, Qt::Key_Up);
+    QCOMPARE(w.spin->value(), 0LL);
+}
+
+void tst_QtOrbSpinBoxVal64::heldArrowCommitsOnRelease()
+{
+    Window w;
+    QVERIFY(w.ready());
+    w.spin->setButtonTracking(false);
+    QSignalSpy spy(w.spin, QOverload<qlonglong>::of(&QtOrbSpinBoxVal64::valueChanged));
+    for (int i = 0; i < 3; ++i)
+        QTest::keyPress(w.spin, Qt::Key_Up);
+    QCOMPARE(w.spin->text(), QStringLiteral("3"));
+    QCOMPARE(w.spin->value(), 0LL);
+    QCOMPARE(spy.count(), 0);
+    QTest::keyRelease(w.spin, Qt::Key_Up);
+    QCOMPARE(w.spin->value(), 3LL);
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy.at(0).at(0).toLongLong(), 3LL);
+}
+
+void tst_QtOrbSpinBoxVal64::heldButtonCommitsOnRelease()
+{
+    Window w;
+    QVERIFY(w.ready());
+    w.spin->setButtonTracking(false);
+    w.spin->setRange(0, 1000);
+    QSignalSpy spy(w.spin, QOverload<qlonglong>::of(&QtOrbSpinBoxVal64::valueChanged));
+    const QPoint up = w.upButton();
+    QTest::mousePress(w.spin, Qt::LeftButton, Qt::NoModifier, up);
+    // Holding the button repeats the step; nothing is committed meanwhile.
+    QTRY_VERIFY_WITH_TIMEOUT(w.spin->text().toLongLong() >= 3, 5000);
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(w.spin->value(), 0LL);
+    QTest::mouseRelease(w.spin, Qt::LeftButton, Qt::NoModifier, up);
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(w.spin->value(), w.spin->text().toLongLong());
+    QVERIFY(w.spin->value() >= 3);
+}
+
+void tst_QtOrbSpinBoxVal64::typedTextAndFocus_data()
+{
+    QTest::addColumn<bool>("ignoreFocusOut");
+    QTest::addColumn<bool>("pressEnter");
+    QTest::addColumn<qlonglong>("committed");
+    QTest::newRow("focus out discards") << true << false << 7LL;
+    QTest::newRow("Enter commits") << true << true << 42LL;
+    QTest::newRow("focus out commits when not ignored") << false << false << 42LL;
+}
+
+void tst_QtOrbSpinBoxVal64::typedTextAndFocus()
+{
+    QFETCH(bool, ignoreFocusOut);
+    QFETCH(bool, pressEnter);
+    QFETCH(qlonglong, committed);
+    Window w;
+    QVERIFY(w.ready());
+    w.spin->setKeyboardTracking(false);
+    w.spin->setIgnoreFocusOut(ignoreFocusOut);
+    w.spin->setValue(7);
+    QSignalSpy numbers(w.spin, QOverload<qlonglong>::of(&QtOrbSpinBoxVal64::valueChanged));
+    QSignalSpy texts(w.spin, QOverload<const QString &>::of(&QtOrbSpinBoxVal64::valueChanged));
+    w.type(QStringLiteral("42"));
+    QCOMPARE(numbers.count(), 0); // nothing before Enter or leaving
+    if (pressEnter)
+        QTest::keyClick(w.spin, Qt::Key_Return);
+    else
+        QTest::mouseClick(w.other, Qt::LeftButton);
+    QTRY_VERIFY(!w.spin->hasFocus() || pressEnter);
+    QCOMPARE(w.spin->value(), committed);
+    QCOMPARE(w.spin->text(), QString::number(committed));
+    QCOMPARE(numbers.count(), committed == 7 ? 0 : 1);
+    QCOMPARE(texts.count(), numbers.count());
+}
+
+void tst_QtOrbSpinBoxVal64::keyboardTrackingCommitsEachKey()
+{
+    Window w;
+    QVERIFY(w.ready());
+    w.spin->setKeyboardTracking(true);
+    QSignalSpy spy(w.spin, QOverload<qlonglong>::of(&QtOrbSpinBoxVal64::valueChanged));
+    w.type(QStringLiteral("42"));
+    QCOMPARE(w.spin->value(), 42LL);
+    QCOMPARE(spy.count(), 2); // 4, then 42
+    // Keys the validator refuses never reach the text.
+    QTest::keyClicks(w.spin, QStringLiteral("x9"));
+    QCOMPARE(w.spin->value(), 42LL);
+}
+
+void tst_QtOrbSpinBoxVal64::prefixAndSuffix()
+{
+    Window w;
+    QVERIFY(w.ready());
+    w.spin->setPrefix(QStringLiteral("$ "));
+    w.spin->setSuffix(QStringLiteral(" us"));
+    w.spin->setValue(12);
+    QCOMPARE(w.spin->text(), QStringLiteral("$ 12 us"));
+    QLineEdit *edit = w.spin->findChild<QLineEdit *>();
+    QVERIFY(edit);
+    edit->deselect();
+    edit->setCursorPosition(3);
+    QTest::keyClick(w.spin, Qt::Key_Home);
+    QCOMPARE(edit->cursorPosition(), 3); // a move into the prefix is undone
+    QTest::keyClick(w.spin, Qt::Key_End);
+    QCOMPARE(edit->cursorPosition(), 4); // never inside the suffix
+    w.spin->clear();
+    QCOMPARE(w.spin->text(), QStringLiteral("$  us"));
+    QCOMPARE(w.spin->value(), 12LL);
+    QVERIFY(w.spin->sizeHint().width()
+            > w.spin->fontMetrics().horizontalAdvance(QStringLiteral("$ 99 us")));
+}
+
+void tst_QtOrbSpinBoxVal64::fullRange()
+{
+    QtOrbSpinBoxVal64 spin;
+    const qlonglong min = std::numeric_limits<qlonglong>::min();
+    const qlonglong max = std::numeric_limits<qlonglong>::max();
+    spin.setRange(min, max);
+    spin.setSingleStep(1000);
+    spin.setValidateStepping(true);
+    spin.setValue(max);
+    QCOMPARE(spin.value(), max);
+    spin.setValue(min);
+    QCOMPARE(spin.value(), min);
+    spin.setValue(max - 1); // snaps to the maximum rather than past it
+    QCOMPARE(spin.value(), max);
+    spin.stepBy(1); // beyond the range: dropped
+    QCOMPARE(spin.value(), max);
+    spin.setDisplayIntegerBase(16);
+    spin.setValue(min);
+    QCOMPARE(spin.text(), QStringLiteral("-8000000000000000"));
+}
+
+void tst_QtOrbSpinBoxVal64::stepEnabled_data()
+{
+    QTest::addColumn<qlonglong>("value");
+    QTest::addColumn<bool>("wrapping");
+    QTest::addColumn<bool>("readOnly");
+    QTest::addColumn<int>("enabled");
+    QTest::newRow("middle") << 50LL << false << false
+                            << int(QAbstractSpinBox::StepUpEnabled
+                                   | QAbstractSpinBox::StepDownEnabled);
+    QTest::newRow("minimum") << 0LL << false << false << int(QAbstractSpinBox::StepUpEnabled);
+    QTest::newRow("maximum") << 99LL << false << false << int(QAbstractSpinBox::StepDownEnabled);
+    QTest::newRow("near the maximum: up stays enabled")
+        << 95LL << false << false
+        << int(QAbstractSpinBox::StepUpEnabled | QAbstractSpinBox::StepDownEnabled);
+    QTest::newRow("wrapping") << 99LL << true << false
+                              << int(QAbstractSpinBox::StepUpEnabled
+                                     | QAbstractSpinBox::StepDownEnabled);
+    QTest::newRow("read-only") << 50LL << false << true << int(QAbstractSpinBox::StepNone);
+}
+
+void tst_QtOrbSpinBoxVal64::stepEnabled()
+{
+    QFETCH(qlonglong, value);
+    QFETCH(bool, wrapping);
+    QFETCH(bool, readOnly);
+    QFETCH(int, enabled);
+    struct Spin : QtOrbSpinBoxVal64 {
+        using QtOrbSpinBoxVal64::stepEnabled;
+    } spin;
+    spin.setSingleStep(10);
+    spin.setValue(value);
+    spin.setWrapping(wrapping);
+    spin.setReadOnly(readOnly);
+    QCOMPARE(int(spin.stepEnabled()), enabled);
+}
+
+QTEST_MAIN(tst_QtOrbSpinBoxVal64)
+#include "tst_qtorbspinboxval64.moc"
