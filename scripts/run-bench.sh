@@ -5,5 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh libaravis-dev libusb-1.0-0-dev
 cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DORB_BUILD_TESTS=OFF >/dev/null
-cmake --build build-bench --target genapi-bench -j "$(nproc)"
-exec build-bench/bench/genapi-bench "$@"
+cmake --build build-bench --target genapi-bench genparam-bench -j "$(nproc)"
+build-bench/bench/genapi-bench "$@"
+echo
+QT_QPA_PLATFORM=offscreen build-bench/bench/genparam-bench
