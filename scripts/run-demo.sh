@@ -1,27 +1,21 @@
 #!/usr/bin/env bash
-# The main job: builds what is missing, lists the simulated camera system and
-# shows the feature tree of its main camera model after a few writes through
-# the interpreter.
+# The main job: builds what is missing and opens the parameter tree view on
+# the first camera of the simulated camera system, polling live features.
+# Without a display it runs on a virtual X server and writes a screenshot.
+#
+#   scripts/run-demo.sh [orbcam-demo options]   e.g. --camera U3V0/M1-2001,
+#                                               --xml FILE, --config FILE
 set -euo pipefail
 cd "$(dirname "$0")/.."
-
-# --config FILE: a simulated set-up of your own (see OrbCamSim.h).
-ls_args=()
-if [ "${1:-}" = "--config" ] && [ -n "${2:-}" ]; then
-    ls_args=(--config "$2")
-    shift 2
-fi
 
 scripts/setup.sh
 scripts/build.sh build >/dev/null
 
-echo "== Cameras of the simulated system (orbcam-ls)"
-build/tools/orbcam-ls/orbcam-ls "${ls_args[@]}"
-echo
-echo "== Feature tree of the OrbSim-C2000 model (genapi-dump)"
-exec build/tools/genapi-dump/genapi-dump platform/orbcam/cameras/orbsim-c2000.xml \
-    --set Frame_LineTime=2000 --set Frame_ExposureLines=600 --set Frame_Width=1280 \
-    --set Frame_Height=960 --set Frame_SubsamplingM=Skip1 --set Frame_Averaging=Avg1 \
-    --set PixelFormat=BayerRG8 --set TriggerMode=On --set RedCoefficient=256 \
-    --set GreenCoefficient=256 --set BlueCoefficient=256 --set PulseGenPeriod=1000 \
-    --set PulseGenWidth=100 --set GevSCPSPacketSize=1500 "$@"
+demo=build/apps/orbcam-demo/orbcam-demo
+if [ -n "${DISPLAY:-}" ]; then
+    exec "$demo" tree "$@"
+fi
+shot=${SCREENSHOT:-build/orbcam-demo-tree.png}
+echo "No display: running on a virtual X server; the window is written to $shot"
+export QT_XCB_GL_INTEGRATION=none
+exec xvfb-run -a -s "-screen 0 1280x1024x24" "$demo" tree --screenshot "$shot" "$@"

@@ -1,0 +1,57 @@
+// OrbGenParamTreeView: every feature of a GenICam node map (or of a camera's
+// parameter array) as an editable tree, with a name filter, a visibility
+// level, a description pane, polling and an error list.
+//
+// The view never owns the node map or the array; they must outlive it (and,
+// after setParams or clearParams, the next pass of the event loop, in which
+// the old model is deleted). Stop polling before releasing the node map.
+// GUI thread only. GenICam exceptions from polling propagate into the event
+// loop; the model catches those of reading and writing features and lists
+// them behind the status button.
+#ifndef ORBGUI_ORBGENPARAMTREEVIEW_H
+#define ORBGUI_ORBGENPARAMTREEVIEW_H
+
+#include <OrbGui/iorbgenparamtreeview.h>
+
+#include <QDialog>
+#include <QScopedPointer>
+
+class QTreeView;
+
+namespace OrbGui {
+
+class OrbGenParamTreeViewPrivate;
+
+class ORBGUI_EXPORT OrbGenParamTreeView : public QDialog, public IOrbGenParamTreeView {
+    Q_OBJECT
+
+public:
+    explicit OrbGenParamTreeView(QWidget *parent = nullptr);
+    OrbGenParamTreeView(GenApi_3_0::INodeMap *nodeMap, QWidget *parent = nullptr);
+    OrbGenParamTreeView(OrbGenParam::Array *array, QWidget *parent = nullptr);
+    ~OrbGenParamTreeView() override;
+
+    void setParams(OrbGenParam::Array *array) override;
+    void setParams(GenApi_3_0::INodeMap *nodeMap) override;
+    void clearParams() override;
+    Visibility visibility() const override;
+    void setVisibility(Visibility visibility) override;
+    const char *saveState() const override;
+    void loadState(const char *state) override;
+    void setPollingTime(unsigned long milliseconds) override;
+    unsigned long getPollingTime() override;
+    void enablePolling(bool enable) override;
+    bool isPollingEnabled() override;
+
+    // The tree, for hosts that want to tune it.
+    QTreeView *treeView() const;
+
+private:
+    Q_DECLARE_PRIVATE(OrbGenParamTreeView)
+    Q_DISABLE_COPY(OrbGenParamTreeView)
+    QScopedPointer<OrbGenParamTreeViewPrivate> const d_ptr;
+};
+
+} // namespace OrbGui
+
+#endif

@@ -1,0 +1,501 @@
+#include <OrbGui/orbgenparamtreeview.h>
+
+#include "genparam/genparamtreemodel.h"
+#include "genparam/genparamtreevisibilityfilterproxymodel.h"
+#include "genparamdelegate.h"
+#include "treeviewresizer.h"
+#include "ui_genparamtreeview.h"
+
+#include <OrbCam/OrbGenParam.h>
+
+#include <QAction>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QSplitter>
+#include <QTextBrowser>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <map>
+#include <string>
+
+using namespace GenApi;
+
+namespace OrbGui {
+
+IOrbGenParamTreeView::~IOrbGenParamTreeView() = default;
+
+namespace {
+const char keyState[] = "&lt;";
+const char keyWidth[] = "&amp;W";
+const char keyVisibility[] = "&amp;V";
+const char keySplitter[] = "&amp;S";
+} // namespace
+
+class OrbGenParamTreeViewPrivate {
+    Q_DECLARE_PUBLIC(OrbGenParamTreeView)
+
+public:
+    explicit OrbGenParamTreeViewPrivate(OrbGenParamTreeView *view)
+        : q_ptr(view)
+    {
+    }
+
+    void Init(OrbGenParamTreeView *view, INodeMap *map);
+    void initFilterWidget();
+    void setModel(INodeMap *map);
+    void setSpanForChildren(const QModelIndex &parent);
+    std::string saveState(const QModelIndex &index, const std::string &separator) const;
+    void loadState(const QModelIndex &index, const QString &parentPath, const std::string &state);
+    bool isCategory(const QModelIndex &index) const;
+    QString pathOf(const QModelIndex &index, const QString &parentPath) const;
+    void updateOptionsIcon();
+    void errorAppeared(const QModelIndex &index, const QString &name, const QString &message,
+                       int id);
+    void errorDisappeared(const QModelIndex &index, const QString &name, int id);
+    void repaintRow(const QModelIndex &sourceIndex);
+    void showErrors();
+    GenParamTreeVisibilityFilterProxyModel *proxy() const;
+
+    OrbGenParamTreeView *const q_ptr;
+    QSplitter *splitter = nullptr;
+    Ui_GenParamTreeView ui;
+    mutable std::string stateText;
+    bool columnWidthRestored = false;
+    const QVector<int> foregroundRoles { Qt::ForegroundRole };
+    std::map<QString, std::map<int, QString>> errors;
+    QAction *filterOptionsAction = nullptr;
+    QWidget *filterOptionsPopup = nullptr;
+    QCheckBox *checkBoxCase = nullptr;
+    QCheckBox *checkBoxWhole = nullptr;
+    QTimer *pollTimer = nullptr;
+    INodeMap *nodeMap = nullptr;
+};
+
+void OrbGenParamTreeViewPrivate::Init(OrbGenParamTreeView *view, INodeMap *map)
+{
+    ui.setupUi(view);
+    splitter = new QSplitter(Qt::Vertical, view);
+    ui.verticalLayout->addWidget(splitter);
+    splitter->addWidget(ui.treeView);
+    splitter->addWidget(ui.whatsThisLabel);
+    splitter->setChildrenCollapsible(false);
+    QList<int> sizes = splitter->sizes();
+    for (int i = 0; i < sizes.size(); ++i)
+        sizes[i] = i == 0 ? 1000 : 10;
+    splitter->setSizes(sizes);
+
+    setModel(map);
+
+    ui.treeView->setItemDelegateForColumn(1, new GenParamDelegate(view));
+
+    auto *resizer = new TreeViewResizer(ui.treeView);
+    QObject::connect(resizer, &TreeViewResizer::showed, view, [this, resizer] {
+        if (!columnWidthRestored)
+            ui.treeView->setColumnWidth(
+                0, (ui.treeView->columnWidth(0) + ui.treeView->columnWidth(1)) >> 1);
+        QObject::disconnect(resizer, nullptr, nullptr, nullptr); // the first show only
+    });
+
+    initFilterWidget();
+
+    pollTimer = new QTimer(view);
+    QObject::connect(pollTimer, &QTimer::timeout, view, [this] {
+        if (nodeMap)
+            nodeMap->Poll(pollTimer->interval());
+    });
+}
+
+void OrbGenParamTreeViewPrivate::initFilterWidget()
+{
+    Q_Q(OrbGenParamTreeView);
+    QLineEdit *field = ui.filterLineEdit;
+    QAction *clear = field->addAction(QIcon(QStringLiteral("://images//clear_left.png")),
+                                      QLineEdit::TrailingPosition);
+    clear->setToolTip(OrbGenParamTreeView::tr("Clear filter"));
+    QObject::connect(clear, &QAction::triggered, field, [field] { field->setText(QString()); });
+
+    filterOptionsAction = field->addAction(QIcon(QStringLiteral("://images//options.png")),
+                                           QLineEdit::LeadingPosition);
+    filterOptionsAction->setToolTip(OrbGenParamTreeView::tr("Filter options"));
+    QObject::connect(filterOptionsAction, &QAction::triggered, field, [this, field] {
+        filterOptionsPopup->move(field->mapToGlobal(QPoint(0, field->height() - 1)));
+        filterOptionsPopup->show();
+    });
+    field->setMinimumWidth(3 * field->sizeHint().height()
+                           + QFontMetrics(q->font()).horizontalAdvance(field->placeholderText()));
+
+    filterOptionsPopup = new QWidget(field, Qt::Popup);
+    filterOptionsPopup->setObjectName(QStringLiteral("FilterOptions"));
+    auto *layout = new QVBoxLayout(filterOptionsPopup);
+    layout->setObjectName(QStringLiteral("verticalLayout"));
+    checkBoxCase = new QCheckBox(OrbGenParamTreeView::tr("Case Sensitive"), filterOptionsPopup);
+    checkBoxCase->setObjectName(QStringLiteral("checkBoxCase"));
+    checkBoxWhole = new QCheckBox(OrbGenParamTreeView::tr("Whole Words Only"), filterOptionsPopup);
+    checkBoxWhole->setObjectName(QStringLiteral("checkBoxWhole"));
+    layout->addWidget(checkBoxCase);
+    layout->addWidget(checkBoxWhole);
+}
+
+GenParamTreeVisibilityFilterProxyModel *OrbGenParamTreeViewPrivate::proxy() const
+{
+    return qobject_cast<GenParamTreeVisibilityFilterProxyModel *>(ui.treeView->model());
+}
+
+void OrbGenParamTreeViewPrivate::setModel(INodeMap *map)
+{
+    Q_Q(OrbGenParamTreeView);
+    if (QAbstractItemModel *old = ui.treeView->model()) {
+        QItemSelectionModel *oldSelection = ui.treeView->selectionModel();
+        ui.treeView->setModel(nullptr);
+        if (oldSelection)
+            oldSelection->deleteLater();
+        old->deleteLater();
+    }
+    nodeMap = map;
+    ui.whatsThisLabel->setText(QString());
+    if (!map)
+        return;
+
+    auto *filter = new GenParamTreeVisibilityFilterProxyModel(q);
+    auto *model = new GenParamTreeModel(map, filter);
+    filter->setSourceModel(model);
+    filter->setFilterVisibility(ui.cbVisibility->currentIndex());
+    ui.treeView->setModel(filter);
+
+    // Widgets that outlive the model: repeated setParams must not stack
+    // handlers on them.
+    for (QObject *sender :
+         { static_cast<QObject *>(ui.filterLineEdit), static_cast<QObject *>(checkBoxCase),
+           static_cast<QObject *>(checkBoxWhole), static_cast<QObject *>(ui.pbStatus) })
+        if (sender)
+            QObject::disconnect(sender, nullptr, nullptr, nullptr);
+
+    QTreeView *tree = ui.treeView;
+    QObject::connect(tree->selectionModel(), &QItemSelectionModel::currentChanged, q, [this] {
+        const QModelIndex current = ui.treeView->currentIndex();
+        if (current.isValid())
+            ui.whatsThisLabel->setText(current.data(Qt::WhatsThisRole).toString());
+    });
+    QObject::connect(ui.cbVisibility, QOverload<int>::of(&QComboBox::currentIndexChanged), filter,
+                     &GenParamTreeVisibilityFilterProxyModel::setFilterVisibility);
+    QObject::connect(ui.filterLineEdit, &QLineEdit::textChanged, filter,
+                     &GenParamTreeVisibilityFilterProxyModel::setFilterText);
+    if (checkBoxCase) {
+        QObject::connect(checkBoxCase, &QCheckBox::clicked, filter, [this, filter](bool checked) {
+            updateOptionsIcon();
+            filter->filterRegExp.setCaseSensitivity(checked ? Qt::CaseSensitive
+                                                            : Qt::CaseInsensitive);
+            filter->invalidate();
+        });
+        QObject::connect(checkBoxWhole, &QCheckBox::clicked, filter, [this, filter](bool checked) {
+            updateOptionsIcon();
+            filter->wholeWords = checked;
+            filter->invalidate();
+        });
+    }
+    QObject::connect(ui.pbExpandAll, &QToolButton::clicked, tree, &QTreeView::expandAll);
+    QObject::connect(ui.pbCollapseAll, &QToolButton::clicked, tree, &QTreeView::collapseAll);
+    QObject::connect(model, &GenParamTreeModel::errorAppeared, q,
+                     [this](const QModelIndex &index, const QString &name, const QString &message,
+                            int id) { errorAppeared(index, name, message, id); });
+    QObject::connect(model, &GenParamTreeModel::errorDisappeared, q,
+                     [this](const QModelIndex &index, const QString &name, int id) {
+                         errorDisappeared(index, name, id);
+                     });
+    QObject::connect(ui.pbStatus, &QToolButton::clicked, q, [this] { showErrors(); });
+
+    tree->setColumnWidth(0, (tree->columnWidth(0) + tree->columnWidth(1)) / 2);
+    setSpanForChildren(QModelIndex());
+    // Rows the filter brings back are new rows: span their categories too.
+    QObject::connect(filter, &QAbstractItemModel::rowsInserted, q,
+                     [this](const QModelIndex &parent) { setSpanForChildren(parent); });
+    QObject::connect(filter, &QAbstractItemModel::layoutChanged, q,
+                     [this] { setSpanForChildren(QModelIndex()); });
+}
+
+bool OrbGenParamTreeViewPrivate::isCategory(const QModelIndex &index) const
+{
+    // An index without a node is a programming error: the smart pointer
+    // reports it as GenICam's "NULL pointer dereferenced".
+    CValuePtr value(index.data(ValuePointerRole).value<IValue *>());
+    return value->GetNode()->GetPrincipalInterfaceType() == intfICategory;
+}
+
+void OrbGenParamTreeViewPrivate::setSpanForChildren(const QModelIndex &parent)
+{
+    QAbstractItemModel *model = ui.treeView->model();
+    if (!model)
+        return;
+    for (int row = 0; row < model->rowCount(parent); ++row) {
+        const QModelIndex index = model->index(row, 0, parent);
+        const bool category = isCategory(index);
+        ui.treeView->setFirstColumnSpanned(row, parent, category);
+        if (category)
+            setSpanForChildren(index);
+    }
+}
+
+QString OrbGenParamTreeViewPrivate::pathOf(const QModelIndex &index,
+                                           const QString &parentPath) const
+{
+    const QString text = index.data(Qt::DisplayRole).toString();
+    return parentPath.isEmpty() ? text : parentPath + QLatin1Char('/') + text;
+}
+
+std::string OrbGenParamTreeViewPrivate::saveState(const QModelIndex &index,
+                                                  const std::string &separator) const
+{
+    if (!isCategory(index))
+        return std::string();
+    std::string result;
+    if (ui.treeView->isExpanded(index)) {
+        QStringList path;
+        for (QModelIndex i = index; i.isValid(); i = i.parent())
+            path.prepend(i.data(Qt::DisplayRole).toString());
+        result += path.join(QLatin1Char('/')).toUtf8().toStdString() + separator;
+    }
+    const QAbstractItemModel *model = index.model();
+    for (int row = 0; row < model->rowCount(index); ++row)
+        result += saveState(model->index(row, 0, index), separator);
+    return result;
+}
+
+void OrbGenParamTreeViewPrivate::loadState(const QModelIndex &index, const QString &parentPath,
+                                           const std::string &state)
+{
+    if (!isCategory(index))
+        return;
+    const QString path = pathOf(index, parentPath);
+    ui.treeView->setExpanded(index, state.find(path.toUtf8().toStdString()) != std::string::npos);
+    const QAbstractItemModel *model = index.model();
+    for (int row = 0; row < model->rowCount(index); ++row)
+        loadState(model->index(row, 0, index), path, state);
+}
+
+void OrbGenParamTreeViewPrivate::updateOptionsIcon()
+{
+    const bool caseSensitive = checkBoxCase->isChecked();
+    const bool whole = checkBoxWhole->isChecked();
+    QString icon = QStringLiteral("://images//options.png");
+    if (caseSensitive && whole)
+        icon = QStringLiteral("://images//options-cw.png");
+    else if (caseSensitive)
+        icon = QStringLiteral("://images//options-c.png");
+    else if (whole)
+        icon = QStringLiteral("://images//options-w.png");
+    filterOptionsAction->setIcon(QIcon(icon));
+}
+
+void OrbGenParamTreeViewPrivate::repaintRow(const QModelIndex &sourceIndex)
+{
+    GenParamTreeVisibilityFilterProxyModel *filter = proxy();
+    if (!filter || sourceIndex.model() != filter->sourceModel())
+        return;
+    const QModelIndex cell = filter->mapFromSource(sourceIndex);
+    if (!cell.isValid())
+        return;
+    ui.treeView->update(cell.sibling(cell.row(), 0));
+    ui.treeView->update(cell);
+}
+
+void OrbGenParamTreeViewPrivate::errorAppeared(const QModelIndex &index, const QString &name,
+                                               const QString &message, int id)
+{
+    ui.pbStatus->setIcon(QIcon(QStringLiteral("://images//err.png")));
+    repaintRow(index);
+    errors[name].emplace(id, message); // the first message of an id stays
+}
+
+void OrbGenParamTreeViewPrivate::errorDisappeared(const QModelIndex &index, const QString &name,
+                                                  int id)
+{
+    auto it = errors.find(name);
+    if (it != errors.end()) {
+        it->second.erase(id);
+        if (it->second.empty())
+            errors.erase(it);
+    }
+    repaintRow(index);
+    if (errors.empty())
+        ui.pbStatus->setIcon(QIcon(QStringLiteral("://images//ok.png")));
+}
+
+void OrbGenParamTreeViewPrivate::showErrors()
+{
+    QDialog dialog(ui.pbStatus);
+    dialog.setObjectName(QStringLiteral("GenErrorsDlg"));
+    dialog.resize(400, 171);
+    dialog.setWindowTitle(QCoreApplication::translate("GenErrorsDlg", "Gen<i>Cam errors"));
+    auto *layout = new QVBoxLayout(&dialog);
+    layout->setObjectName(QStringLiteral("verticalLayout"));
+    auto *text = new QTextBrowser(&dialog);
+    text->setObjectName(QStringLiteral("textErrors"));
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, Qt::Horizontal, &dialog);
+    buttons->setObjectName(QStringLiteral("buttonBox"));
+    layout->addWidget(text);
+    layout->addWidget(buttons);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::close);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::close);
+    QString content;
+    for (const auto &[name, ids] : errors)
+        for (const auto &[id, message] : ids)
+            content += QStringLiteral("{%1}{id:%3}: %2 \n").arg(name, message).arg(id);
+    text->setPlainText(errors.empty() ? QStringLiteral("No Errors") : content);
+    dialog.exec();
+}
+
+OrbGenParamTreeView::OrbGenParamTreeView(QWidget *parent)
+    : OrbGenParamTreeView(static_cast<INodeMap *>(nullptr), parent)
+{
+}
+
+OrbGenParamTreeView::OrbGenParamTreeView(INodeMap *nodeMap, QWidget *parent)
+    : QDialog(parent)
+    , d_ptr(new OrbGenParamTreeViewPrivate(this))
+{
+    Q_D(OrbGenParamTreeView);
+    d->Init(this, nodeMap);
+}
+
+OrbGenParamTreeView::OrbGenParamTreeView(OrbGenParam::Array *array, QWidget *parent)
+    : OrbGenParamTreeView(array->GetNodeMap(0), parent)
+{
+}
+
+OrbGenParamTreeView::~OrbGenParamTreeView()
+{
+    Q_D(OrbGenParamTreeView);
+    // The model's callbacks must go before the node map does; the host may
+    // release it right after destroying the view.
+    d->pollTimer->stop();
+    if (QAbstractItemModel *model = d->ui.treeView->model()) {
+        d->ui.treeView->setModel(nullptr);
+        delete model;
+    }
+}
+
+void OrbGenParamTreeView::setParams(OrbGenParam::Array *array)
+{
+    Q_D(OrbGenParamTreeView);
+    d->setModel(array->GetNodeMap(0));
+}
+
+void OrbGenParamTreeView::setParams(INodeMap *nodeMap)
+{
+    Q_D(OrbGenParamTreeView);
+    d->setModel(nodeMap);
+}
+
+void OrbGenParamTreeView::clearParams()
+{
+    Q_D(OrbGenParamTreeView);
+    if (QAbstractItemModel *old = d->ui.treeView->model()) {
+        QItemSelectionModel *oldSelection = d->ui.treeView->selectionModel();
+        d->ui.treeView->setModel(nullptr);
+        old->deleteLater();
+        if (oldSelection)
+            oldSelection->deleteLater();
+    }
+    d->nodeMap = nullptr;
+    d->ui.whatsThisLabel->setText(QString());
+}
+
+Visibility OrbGenParamTreeView::visibility() const
+{
+    Q_D(const OrbGenParamTreeView);
+    return static_cast<Visibility>(d->ui.cbVisibility->currentIndex());
+}
+
+void OrbGenParamTreeView::setVisibility(Visibility visibility)
+{
+    Q_D(OrbGenParamTreeView);
+    d->ui.cbVisibility->setCurrentIndex(static_cast<int>(visibility));
+}
+
+const char *OrbGenParamTreeView::saveState() const
+{
+    Q_D(const OrbGenParamTreeView);
+    d->stateText.clear();
+    const QAbstractItemModel *model = d->ui.treeView->model();
+    if (!model)
+        return d->stateText.c_str();
+    const QModelIndex root = d->ui.treeView->rootIndex();
+    for (int row = 0; row < model->rowCount(root); ++row)
+        d->stateText += d->saveState(model->index(row, 0, root), keyState);
+    d->stateText += keyWidth + std::to_string(d->ui.treeView->columnWidth(0));
+    d->stateText += keyVisibility + std::to_string(d->ui.cbVisibility->currentIndex());
+    d->stateText += keySplitter + d->splitter->saveState().toHex().toStdString();
+    return d->stateText.c_str();
+}
+
+void OrbGenParamTreeView::loadState(const char *state)
+{
+    Q_D(OrbGenParamTreeView);
+    QAbstractItemModel *model = d->ui.treeView->model();
+    if (!state || !*state || !model)
+        return;
+    d->stateText = state;
+    const std::string text = d->stateText;
+    const QModelIndex root = d->ui.treeView->rootIndex();
+    for (int row = 0; row < model->rowCount(root); ++row)
+        d->loadState(model->index(row, 0, root), QString(), text);
+
+    // Each key's value runs to the next key; std::stoi stops at the "&".
+    auto valueAfter = [&text](const std::string &key, std::string &value) {
+        const size_t at = text.find(key);
+        if (at == std::string::npos || at + key.size() >= text.size())
+            return false;
+        value = text.substr(at + key.size());
+        return true;
+    };
+    std::string value;
+    if (valueAfter(keyWidth, value)) {
+        const int width = std::stoi(value);
+        if (width != 0) {
+            d->ui.treeView->setColumnWidth(0, width);
+            d->columnWidthRestored = true;
+        }
+    }
+    if (valueAfter(keyVisibility, value))
+        d->ui.cbVisibility->setCurrentIndex(std::stoi(value));
+    if (valueAfter(keySplitter, value))
+        d->splitter->restoreState(QByteArray::fromHex(QByteArray::fromStdString(value)));
+}
+
+void OrbGenParamTreeView::setPollingTime(unsigned long milliseconds)
+{
+    Q_D(OrbGenParamTreeView);
+    d->pollTimer->setInterval(static_cast<int>(milliseconds));
+}
+
+unsigned long OrbGenParamTreeView::getPollingTime()
+{
+    Q_D(OrbGenParamTreeView);
+    return static_cast<unsigned long>(d->pollTimer->interval());
+}
+
+void OrbGenParamTreeView::enablePolling(bool enable)
+{
+    Q_D(OrbGenParamTreeView);
+    if (enable)
+        d->pollTimer->start();
+    else
+        d->pollTimer->stop();
+}
+
+bool OrbGenParamTreeView::isPollingEnabled()
+{
+    Q_D(OrbGenParamTreeView);
+    return d->pollTimer->isActive();
+}
+
+QTreeView *OrbGenParamTreeView::treeView() const
+{
+    Q_D(const OrbGenParamTreeView);
+    return d->ui.treeView;
+}
+
+} // namespace OrbGui

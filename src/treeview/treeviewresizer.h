@@ -1,0 +1,40 @@
+#ifndef ORBGUI_TREEVIEWRESIZER_H
+#define ORBGUI_TREEVIEWRESIZER_H
+
+#include <QModelIndex>
+#include <QObject>
+
+class QTreeView;
+
+namespace OrbGui {
+
+// Lets the user drag the border between tree columns although the header is
+// hidden, and tells when the tree is shown.
+class TreeViewResizer : public QObject {
+    Q_OBJECT
+
+public:
+    // Child of the tree; filters the tree's and its viewport's events.
+    explicit TreeViewResizer(QTreeView *tree);
+    ~TreeViewResizer() override;
+
+Q_SIGNALS:
+    // Every time the tree is shown.
+    void showed();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QModelIndex ifResizable(const QPoint &point) const;
+
+    QTreeView *m_tree;
+    const int m_margin = 5;
+    bool m_dragging = false;
+    int m_column = 0;
+    int m_lastX = 0;
+};
+
+} // namespace OrbGui
+
+#endif
