@@ -87,6 +87,9 @@ void OrbGenParamTreeViewPrivate::Init(OrbGenParamTreeView *view, INodeMap *map)
         sizes[i] = i == 0 ? 1000 : 10;
     splitter->setSizes(sizes);
 
+    // The filter widgets exist before the first model is wired to them, so
+    // that the option check boxes work from the start.
+    initFilterWidget();
     setModel(map);
 
     ui.treeView->setItemDelegateForColumn(1, new GenParamDelegate(view));
@@ -98,8 +101,6 @@ void OrbGenParamTreeViewPrivate::Init(OrbGenParamTreeView *view, INodeMap *map)
                 0, (ui.treeView->columnWidth(0) + ui.treeView->columnWidth(1)) >> 1);
         QObject::disconnect(resizer, nullptr, nullptr, nullptr); // the first show only
     });
-
-    initFilterWidget();
 
     pollTimer = new QTimer(view);
     QObject::connect(pollTimer, &QTimer::timeout, view, [this] {

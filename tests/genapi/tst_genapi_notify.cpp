@@ -330,6 +330,12 @@ void tst_GenApiNotify::pollingReportsChangesOnly()
     device.setWord(0, 32);
     device.map._Poll(250);
     QCOMPARE(rec.calls.value(QStringLiteral("Temperature")), 2);
+    // A reader that sees the new value first does not hide the change from
+    // the callbacks.
+    device.setWord(0, 33);
+    QCOMPARE(temperature->GetValue(), int64_t(33));
+    device.map._Poll(100);
+    QCOMPARE(rec.calls.value(QStringLiteral("Temperature")), 3);
 }
 
 void tst_GenApiNotify::pollingReportsFailureOnce()

@@ -410,8 +410,10 @@ private:
     EEndianess m_endianess = LittleEndian;
     std::vector<uint8_t> m_cache;
     bool m_cacheValid = false;
-    std::vector<uint8_t> m_lastRead; // what the device said last, for polling
+    std::vector<uint8_t> m_lastRead; // what the device said last
     bool m_hasLastRead = false;
+    std::vector<uint8_t> m_lastPolled; // what the previous poll saw
+    bool m_hasPolled = false;
     bool m_lastPollFailed = false;
 };
 

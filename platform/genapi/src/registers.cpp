@@ -233,8 +233,11 @@ void RegisterCore::write(const std::vector<uint8_t> &bytes)
 
 bool RegisterCore::poll()
 {
-    const bool hadValue = m_hasLastRead;
-    const std::vector<uint8_t> before = m_lastRead;
+    // Compared with what the previous poll saw, not with the last read:
+    // other readers (a view repainting) must not hide a change from the
+    // callbacks of everybody else.
+    const bool hadValue = m_hasPolled || m_hasLastRead;
+    const std::vector<uint8_t> before = m_hasPolled ? m_lastPolled : m_lastRead;
     const bool failedBefore = m_lastPollFailed;
     m_cacheValid = false;
     try {
@@ -245,7 +248,9 @@ bool RegisterCore::poll()
         return !failedBefore;
     }
     m_lastPollFailed = false;
-    return failedBefore || (hadValue && before != m_lastRead);
+    m_lastPolled = m_lastRead;
+    m_hasPolled = true;
+    return failedBefore || (hadValue && before != m_lastPolled);
 }
 
 // ---------------------------------------------------------------------------
