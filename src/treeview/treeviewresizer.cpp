@@ -11,6 +11,7 @@ namespace OrbGui {
 TreeViewResizer::TreeViewResizer(QTreeView *tree)
     : QObject(tree)
     , m_tree(tree)
+    , m_viewport(tree->viewport())
 {
     tree->installEventFilter(this);
     tree->viewport()->installEventFilter(this);
@@ -43,16 +44,16 @@ bool TreeViewResizer::eventFilter(QObject *watched, QEvent *event)
             Q_EMIT showed();
         return false;
     }
-    if (watched != m_tree->viewport())
+    if (watched != m_viewport)
         return false;
     switch (event->type()) {
     case QEvent::MouseMove: {
         auto *mouse = static_cast<QMouseEvent *>(event);
         if (!m_dragging) {
             if (ifResizable(mouse->pos()).isValid())
-                m_tree->viewport()->setCursor(Qt::SplitHCursor);
+                m_viewport->setCursor(Qt::SplitHCursor);
             else
-                m_tree->viewport()->unsetCursor();
+                m_viewport->unsetCursor();
             return false;
         }
         const int x = qRound(mouse->screenPos().x());

@@ -29,6 +29,9 @@ private:
     QModelIndex ifResizable(const QPoint &point) const;
 
     QTreeView *m_tree;
+    // Kept from construction: the filter also sees events while the tree is
+    // being destroyed, when asking it for its viewport is no longer valid.
+    QWidget *m_viewport;
     const int m_margin = 5;
     bool m_dragging = false;
     int m_column = 0;
