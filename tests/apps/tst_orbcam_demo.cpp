@@ -1,0 +1,78 @@
+// The demo program as a user runs it: its screenshots show the windows with
+// real data.
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+class tst_OrbCamDemo : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void screenshots_data();
+    void screenshots();
+    void badArguments_data();
+    void badArguments();
+};
+
+void tst_OrbCamDemo::screenshots_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("first simulated camera") << QStringList { QStringLiteral("tree") };
+    QTest::newRow("monochrome camera")
+        << QStringList { QStringLiteral("tree"), QStringLiteral("--camera"),
+                         QStringLiteral("U3V0/M1-2001") };
+    QTest::newRow("a real description")
+        << QStringList { QStringLiteral("tree"), QStringLiteral("--xml"),
+                         QStringLiteral(ORB_CORPUS_DIR "/basler_ace2-a2a2600-20gmbas.xml") };
+}
+
+void tst_OrbCamDemo::screenshots()
+{
+    QFETCH(QStringList, arguments);
+    QTemporaryDir dir;
+    const QString shot = dir.filePath(QStringLiteral("tree.png"));
+    QProcess demo;
+    demo.start(QStringLiteral(ORBCAM_DEMO), arguments << QStringLiteral("--screenshot") << shot);
+    QVERIFY(demo.waitForFinished(60000));
+    QCOMPARE(demo.exitCode(), 0);
+    const QImage image(shot);
+    QVERIFY(!image.isNull());
+    QVERIFY(image.width() >= 400 && image.height() >= 400);
+    // A window with a filled tree has many distinct colours (text, icons,
+    // alternating rows), unlike a blank or failed render.
+    QSet<QRgb> colours;
+    for (int y = 0; y < image.height(); y += 3)
+        for (int x = 0; x < image.width(); x += 3)
+            colours.insert(image.pixel(x, y));
+    QVERIFY2(colours.size() > 20, qPrintable(QString::number(colours.size())));
+}
+
+void tst_OrbCamDemo::badArguments_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("unknown camera")
+        << QStringList { QStringLiteral("tree"), QStringLiteral("--camera"),
+                         QStringLiteral("NOPE") }
+        << "no such camera";
+    QTest::newRow("unreadable description")
+        << QStringList { QStringLiteral("tree"), QStringLiteral("--xml"),
+                         QStringLiteral("/nonexistent.xml") }
+        << "cannot load";
+    QTest::newRow("unknown door") << QStringList { QStringLiteral("kitchen") } << "unknown door";
+}
+
+void tst_OrbCamDemo::badArguments()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    QProcess demo;
+    demo.start(QStringLiteral(ORBCAM_DEMO), arguments);
+    QVERIFY(demo.waitForFinished(60000));
+    QCOMPARE(demo.exitCode(), 2);
+    QVERIFY(QString::fromUtf8(demo.readAllStandardError()).contains(message));
+}
+
+QTEST_GUILESS_MAIN(tst_OrbCamDemo)
+#include "tst_orbcam_demo.moc"
