@@ -2,17 +2,26 @@
 // system or on a GenICam description.
 //
 //   orbcam-demo tree [--xml FILE | --camera ID] [--config FILE] [--screenshot FILE]
+//   orbcam-demo widgets [--camera ID] [--config FILE] [--screenshot FILE]
 #include <GenApi/GenApi.h>
 #include <OrbCam/OrbCam.h>
 #include <OrbCam/OrbCamSim.h>
 #include <OrbGui/orbgenparamtreeview.h>
+#include <OrbGui/qtorbgainslider.h>
+#include <OrbGui/qtorbslider.h>
+#include <OrbGui/qtorbsliderspinbox.h>
+#include <OrbGui/qtorbspinbox.h>
+#include <OrbGui/qtorbspinboxval64.h>
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFormLayout>
+#include <QLabel>
 #include <QTimer>
 #include <QTreeView>
 
 #include <cstdio>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -120,6 +129,97 @@ int tree(QApplication &app, const QCommandLineParser &options)
     return result;
 }
 
+// The camera's integer feature `name` drives a widget with the integer
+// range/value interface of the slider widgets: range, increment and value
+// come from the camera, and every value the widget announces is written
+// back. A refused write shows its reason and puts the camera's value back.
+template <class Widget>
+void bindInteger(Widget *widget, GenApi::INodeMap *map, const char *name, QLabel *status)
+{
+    GenApi::CIntegerPtr feature = map ? map->GetNode(name) : nullptr;
+    if (!feature || !GenApi::IsReadable(feature)) {
+        widget->setEnabled(false);
+        return;
+    }
+    widget->setRange(static_cast<int>(feature->GetMin()), static_cast<int>(feature->GetMax()));
+    widget->setSingleStep(static_cast<int>(feature->GetInc()));
+    widget->setValue(static_cast<int>(feature->GetValue()));
+    QObject::connect(widget, QOverload<int>::of(&Widget::valueChanged), widget,
+                     [widget, feature, name, status](int value) mutable {
+                         try {
+                             feature->SetValue(value);
+                             status->setText(
+                                 QStringLiteral("%1 = %2").arg(QLatin1String(name)).arg(value));
+                         } catch (const GenICam::GenericException &e) {
+                             status->setText(QString::fromUtf8(e.GetDescription()));
+                             const QSignalBlocker quiet(widget);
+                             widget->setValue(static_cast<int>(feature->GetValue()));
+                         }
+                     });
+}
+
+int widgets(QApplication &app, const QCommandLineParser &options)
+{
+    OrbCamErr err = OrbCamOk;
+    OrbCam::System *system = OrbCam_GetSystem(&err);
+    if (!system) {
+        std::fprintf(stderr, "orbcam-demo: no camera system: %s\n", OrbCam_ErrorText(err));
+        return 2;
+    }
+    OrbCam::Device *device = nullptr;
+    if (OrbCam::DeviceInfo *info = findCamera(system, options.value(QStringLiteral("camera"))))
+        device = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0, &err);
+    if (!device)
+        std::fprintf(stderr, "orbcam-demo: no camera to bind; the widgets run on their own\n");
+    GenApi::INodeMap *map = device ? device->GetParams()->GetNodeMap() : nullptr;
+
+    int result = 0;
+    {
+        QWidget window;
+        window.setWindowTitle(QStringLiteral("Value widgets"));
+        auto *form = new QFormLayout(&window);
+        auto *status = new QLabel(QStringLiteral("Move a control; the camera answers here."));
+
+        auto *exposure = new OrbGui::QtOrbSliderSpinBox;
+        exposure->slider()->setScaleType(OrbGui::QtOrbSlider::Logarithmic);
+        bindInteger(exposure, map, "Frame_ExposureClocks", status);
+        form->addRow(QStringLiteral("Exposure (clocks, log scale)"), exposure);
+
+        auto *black = new OrbGui::QtOrbSliderSpinBox;
+        black->setValidate(true);
+        bindInteger(black, map, "Frame_BlackLevel", status);
+        form->addRow(QStringLiteral("Black level"), black);
+
+        auto *width = new OrbGui::QtOrbSpinBox(Qt::Horizontal);
+        width->setValidate(true);
+        bindInteger(width, map, "Frame_Width", status);
+        form->addRow(QStringLiteral("Width (slider button)"), width);
+
+        auto *gain = new OrbGui::QtOrbGainSlider;
+        gain->setRange(0.0, 24.0);
+        gain->setSingleStep(0.1);
+        gain->setDecimals(1);
+        gain->setValue(6.0);
+        form->addRow(QStringLiteral("Gain (dB, unbound)"), gain);
+
+        auto *big = new OrbGui::QtOrbSpinBoxVal64;
+        big->setRange(0, std::numeric_limits<qlonglong>::max());
+        big->setValue(1LL << 40);
+        form->addRow(QStringLiteral("64-bit value"), big);
+        form->addRow(status);
+
+        window.resize(560, 300);
+        window.show();
+        if (!options.value(QStringLiteral("screenshot")).isEmpty())
+            screenshotLater(&window, options.value(QStringLiteral("screenshot")));
+        result = app.exec();
+    }
+    if (device)
+        OrbCam_ReleaseDevice(device);
+    OrbCam_ReleaseSystem(system);
+    return result;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -131,7 +231,8 @@ int main(int argc, char **argv)
         QStringLiteral("The windows of libOrbCameraGuiApi on simulated cameras."));
     options.addHelpOption();
     options.addPositionalArgument(QStringLiteral("door"),
-                                  QStringLiteral("tree: the parameter tree view"));
+                                  QStringLiteral("tree: the parameter tree view; "
+                                                 "widgets: the value widgets on a camera"));
     options.addOption({ QStringLiteral("xml"),
                         QStringLiteral("Show a GenICam description (plain or zip)."),
                         QStringLiteral("FILE") });
@@ -160,6 +261,9 @@ int main(int argc, char **argv)
     const QString door = doors.isEmpty() ? QStringLiteral("tree") : doors.first();
     if (door == QLatin1String("tree"))
         return tree(app, options);
-    std::fprintf(stderr, "orbcam-demo: unknown door '%s' (available: tree)\n", qPrintable(door));
+    if (door == QLatin1String("widgets"))
+        return widgets(app, options);
+    std::fprintf(stderr, "orbcam-demo: unknown door '%s' (available: tree, widgets)\n",
+                 qPrintable(door));
     return 2;
 }

@@ -1,6 +1,7 @@
 #include <OrbGui/qtorbspinboxval64.h>
 
 #include "int64validator.h"
+#include "snapping.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -92,23 +93,7 @@ QString QtOrbSpinBoxVal64Private::numberPart(const QString &text) const
 
 qlonglong QtOrbSpinBoxVal64Private::snapped(qlonglong v) const
 {
-    if (!validateStepping || v == minimum || v == maximum)
-        return v;
-    // The grid is anchored at the minimum; halves round up and the maximum
-    // is always reachable. Unsigned arithmetic keeps the full 64-bit range
-    // free of overflow.
-    const quint64 step = static_cast<quint64>(singleStep);
-    const quint64 span = static_cast<quint64>(maximum) - static_cast<quint64>(minimum);
-    quint64 d = static_cast<quint64>(v) - static_cast<quint64>(minimum);
-    const quint64 r = d % step;
-    if (r >= step / 2 && r != 0) {
-        if (step - r > span - d) // beyond the maximum (and maybe beyond 64 bits)
-            return maximum;
-        d += step - r;
-    } else {
-        d -= r;
-    }
-    return static_cast<qlonglong>(static_cast<quint64>(minimum) + d);
+    return validateStepping ? snapToGrid(v, minimum, maximum, singleStep) : v;
 }
 
 void QtOrbSpinBoxVal64Private::commit(qlonglong v)

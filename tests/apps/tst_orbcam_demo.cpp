@@ -18,18 +18,25 @@ private Q_SLOTS:
 void tst_OrbCamDemo::screenshots_data()
 {
     QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("first simulated camera") << QStringList { QStringLiteral("tree") };
+    QTest::addColumn<QSize>("atLeast");
+    QTest::newRow("first simulated camera")
+        << QStringList { QStringLiteral("tree") } << QSize(400, 400);
     QTest::newRow("monochrome camera")
         << QStringList { QStringLiteral("tree"), QStringLiteral("--camera"),
-                         QStringLiteral("U3V0/M1-2001") };
+                         QStringLiteral("U3V0/M1-2001") }
+        << QSize(400, 400);
     QTest::newRow("a real description")
         << QStringList { QStringLiteral("tree"), QStringLiteral("--xml"),
-                         QStringLiteral(ORB_CORPUS_DIR "/basler_ace2-a2a2600-20gmbas.xml") };
+                         QStringLiteral(ORB_CORPUS_DIR "/basler_ace2-a2a2600-20gmbas.xml") }
+        << QSize(400, 400);
+    QTest::newRow("value widgets on a camera")
+        << QStringList { QStringLiteral("widgets") } << QSize(400, 250);
 }
 
 void tst_OrbCamDemo::screenshots()
 {
     QFETCH(QStringList, arguments);
+    QFETCH(QSize, atLeast);
     QTemporaryDir dir;
     const QString shot = dir.filePath(QStringLiteral("tree.png"));
     QProcess demo;
@@ -38,7 +45,7 @@ void tst_OrbCamDemo::screenshots()
     QCOMPARE(demo.exitCode(), 0);
     const QImage image(shot);
     QVERIFY(!image.isNull());
-    QVERIFY(image.width() >= 400 && image.height() >= 400);
+    QVERIFY(image.width() >= atLeast.width() && image.height() >= atLeast.height());
     // A window with a filled tree has many distinct colours (text, icons,
     // alternating rows), unlike a blank or failed render.
     QSet<QRgb> colours;

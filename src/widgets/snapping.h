@@ -1,0 +1,47 @@
+// Snapping to the grid minimum + k * step shared by the value widgets: a
+// remainder of half a step or more rounds up (the step halved as an integer
+// for integers), the result never passes the maximum, and the minimum and
+// the maximum themselves are never moved.
+#ifndef ORBGUI_SNAPPING_H
+#define ORBGUI_SNAPPING_H
+
+#include <QtGlobal>
+
+#include <cmath>
+
+namespace OrbGui {
+
+// Free of overflow over the whole 64-bit range. step must be positive.
+inline qlonglong snapToGrid(qlonglong value, qlonglong minimum, qlonglong maximum, qlonglong step)
+{
+    if (value == minimum || value == maximum || step <= 0)
+        return value;
+    const quint64 ustep = static_cast<quint64>(step);
+    const quint64 span = static_cast<quint64>(maximum) - static_cast<quint64>(minimum);
+    quint64 d = static_cast<quint64>(value) - static_cast<quint64>(minimum);
+    const quint64 r = d % ustep;
+    if (r != 0 && r >= ustep / 2) {
+        if (ustep - r > span - d) // beyond the maximum (and maybe beyond 64 bits)
+            return maximum;
+        d += ustep - r;
+    } else {
+        d -= r;
+    }
+    return static_cast<qlonglong>(static_cast<quint64>(minimum) + d);
+}
+
+inline double snapToGrid(double value, double minimum, double maximum, double step)
+{
+    if (value == minimum || value == maximum || !(step > 0))
+        return value;
+    double d = value - minimum;
+    const double q = d / step;
+    const double r = (q - std::trunc(q)) * step;
+    if (r != 0)
+        d = (step * 0.5 > r) ? d - r : d + (step - r);
+    return qMin(maximum, minimum + d);
+}
+
+} // namespace OrbGui
+
+#endif

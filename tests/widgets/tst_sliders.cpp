@@ -1,0 +1,549 @@
+#include <OrbGui/qtorbdoubleslider.h>
+#include <OrbGui/qtorbdoublespinboxval.h>
+#include <OrbGui/qtorbgainslider.h>
+#include <OrbGui/qtorbslider.h>
+#include <OrbGui/qtorbsliderspinbox.h>
+#include <OrbGui/qtorbspinboxval.h>
+
+#include <QLabel>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleOptionSlider>
+#include <QtTest>
+
+using namespace OrbGui;
+
+Q_DECLARE_METATYPE(QtOrbSlider::ScaleType)
+
+namespace {
+
+// Where the handle of a slider is drawn, for driving it with the mouse.
+QPoint handleCentre(QSlider *slider)
+{
+    QStyleOptionSlider option;
+    option.initFrom(slider);
+    option.orientation = slider->orientation();
+    option.minimum = slider->minimum();
+    option.maximum = slider->maximum();
+    option.sliderPosition = slider->sliderPosition();
+    option.sliderValue = slider->value();
+    option.upsideDown = slider->orientation() == Qt::Vertical;
+    return slider->style()
+        ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider)
+        .center();
+}
+
+// Drags the handle by `dx` pixels in steps, as a hand would.
+void drag(QSlider *slider, int dx)
+{
+    const QPoint start = handleCentre(slider);
+    QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, start);
+    for (int i = 1; i <= 4; ++i) {
+        QMouseEvent move(QEvent::MouseMove, start + QPoint(dx * i / 4, 0), Qt::LeftButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(slider, &move);
+    }
+    QTest::mouseRelease(slider, Qt::LeftButton, Qt::NoModifier, start + QPoint(dx, 0));
+}
+
+} // namespace
+
+class TestSliders : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void snapping_data();
+    void snapping();
+    void scalePositions_data();
+    void scalePositions();
+    void roundTripKeepsValue_data();
+    void roundTripKeepsValue();
+    void scaleChangeKeepsValue();
+    void sameRangeIsQuiet();
+    void labelsShowRange();
+    void arrowKeysMoveAtLeastOneStep_data();
+    void arrowKeysMoveAtLeastOneStep();
+    void focusOutIsAnnounced();
+    void orientationRebuildsLayout();
+    void sliderSpinBoxKeepsChildrenInStep();
+    void sliderSpinBoxAnnouncesDragOnce();
+    void sliderSpinBoxLabels();
+    void doubleSnapping_data();
+    void doubleSnapping();
+    void doublePositions_data();
+    void doublePositions();
+    void doubleSameRangeIsQuiet();
+    void gainSliderDefaultsAndLinks();
+    void gainSliderAnnouncesDragOnce();
+};
+
+void TestSliders::snapping_data()
+{
+    QTest::addColumn<int>("minimum");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("step");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<int>("expected");
+
+    QTest::newRow("below half rounds down") << 0 << 97 << 10 << 4 << 0;
+    QTest::newRow("half rounds up") << 0 << 97 << 10 << 5 << 10;
+    QTest::newRow("94 to 90") << 0 << 97 << 10 << 94 << 90;
+    QTest::newRow("96 limited to maximum") << 0 << 97 << 10 << 96 << 97;
+    QTest::newRow("maximum never snaps") << 0 << 97 << 10 << 97 << 97;
+    QTest::newRow("minimum never snaps") << 3 << 97 << 10 << 3 << 3;
+    QTest::newRow("grid anchored at minimum") << 3 << 97 << 10 << 17 << 13;
+    QTest::newRow("negative range") << -50 << 50 << 20 << -21 << -30;
+    QTest::newRow("negative range rounds up") << -50 << 50 << 20 << -40 << -30;
+    QTest::newRow("above maximum clamps") << 0 << 97 << 10 << 500 << 97;
+}
+
+void TestSliders::snapping()
+{
+    QFETCH(int, minimum);
+    QFETCH(int, maximum);
+    QFETCH(int, step);
+    QFETCH(int, value);
+    QFETCH(int, expected);
+
+    for (auto scale : { QtOrbSlider::Linear, QtOrbSlider::Logarithmic, QtOrbSlider::SquareRoot }) {
+        QtOrbSlider slider;
+        slider.setRange(minimum, maximum);
+        slider.setSingleStep(step);
+        slider.setValidate(true);
+        slider.setScaleType(scale);
+        slider.setValue(value);
+        // On the non-linear scales a position covers several values; the
+        // value read back must still lie on the grid and near the request.
+        if (scale == QtOrbSlider::Linear) {
+            QCOMPARE(slider.value(), expected);
+        } else {
+            const int got = slider.value();
+            QVERIFY2(got == minimum || got == maximum || (got - minimum) % step == 0,
+                     qPrintable(QStringLiteral("%1 is off the grid").arg(got)));
+            QVERIFY(got >= minimum && got <= maximum);
+        }
+    }
+
+    QtOrbSliderSpinBox pair;
+    pair.setRange(minimum, maximum);
+    pair.setSingleStep(step);
+    pair.setValidate(true);
+    pair.setValue(value);
+    QCOMPARE(pair.value(), expected);
+    QCOMPARE(pair.slider()->value(), expected);
+}
+
+void TestSliders::scalePositions_data()
+{
+    QTest::addColumn<QtOrbSlider::ScaleType>("scale");
+    QTest::addColumn<int>("minimum");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("firstPosition");
+    QTest::addColumn<int>("lastPosition");
+
+    QTest::newRow("linear") << QtOrbSlider::Linear << -5 << 20 << -5 << 20;
+    QTest::newRow("log 0..1000") << QtOrbSlider::Logarithmic << 0 << 1000 << 100 << 300;
+    QTest::newRow("log 100..1100") << QtOrbSlider::Logarithmic << 100 << 1100 << 100 << 300;
+    QTest::newRow("log exposure") << QtOrbSlider::Logarithmic << 10 << 1000000 << 100 << 600;
+    QTest::newRow("sqrt square") << QtOrbSlider::SquareRoot << 0 << 100 << 0 << 10;
+    QTest::newRow("sqrt partial adds one") << QtOrbSlider::SquareRoot << 0 << 101 << 0 << 11;
+}
+
+void TestSliders::scalePositions()
+{
+    QFETCH(QtOrbSlider::ScaleType, scale);
+    QFETCH(int, minimum);
+    QFETCH(int, maximum);
+    QFETCH(int, firstPosition);
+    QFETCH(int, lastPosition);
+
+    QtOrbSlider slider;
+    slider.setScaleType(scale);
+    slider.setRange(minimum, maximum);
+    QCOMPARE(slider.slider()->minimum(), firstPosition);
+    QCOMPARE(slider.slider()->maximum(), lastPosition);
+
+    // The ends of the slider give exactly the ends of the range.
+    slider.slider()->setValue(lastPosition);
+    QCOMPARE(slider.value(), maximum);
+    slider.slider()->setValue(firstPosition);
+    QCOMPARE(slider.value(), minimum);
+}
+
+void TestSliders::roundTripKeepsValue_data()
+{
+    QTest::addColumn<QtOrbSlider::ScaleType>("scale");
+    QTest::newRow("linear") << QtOrbSlider::Linear;
+    QTest::newRow("logarithmic") << QtOrbSlider::Logarithmic;
+    QTest::newRow("square root") << QtOrbSlider::SquareRoot;
+}
+
+// Every position must map to a value whose position is that same position,
+// otherwise the handle jumps when the value comes back from the camera.
+void TestSliders::roundTripKeepsValue()
+{
+    QFETCH(QtOrbSlider::ScaleType, scale);
+
+    QtOrbSlider slider;
+    slider.setScaleType(scale);
+    slider.setRange(0, 1000);
+    QSlider *inner = slider.slider();
+    int previous = -1;
+    for (int position = inner->minimum(); position <= inner->maximum(); ++position) {
+        inner->setValue(position);
+        const int value = slider.value();
+        QVERIFY2(value >= previous, "values must not fall as the handle moves up");
+        previous = value;
+        QtOrbSlider other;
+        other.setScaleType(scale);
+        other.setRange(0, 1000);
+        other.setValue(value);
+        QCOMPARE(other.value(), value);
+    }
+    QCOMPARE(previous, 1000);
+
+    // The log example: position 200 is 10^2 - 10 = 90.
+    if (scale == QtOrbSlider::Logarithmic) {
+        inner->setValue(200);
+        QCOMPARE(slider.value(), 90);
+    }
+}
+
+void TestSliders::scaleChangeKeepsValue()
+{
+    QtOrbSlider slider;
+    slider.setRange(0, 1000);
+    slider.setValue(90);
+    slider.setScaleType(QtOrbSlider::Logarithmic);
+    QCOMPARE(slider.value(), 90);
+    QCOMPARE(slider.slider()->value(), 200);
+    slider.setLog10Coef(200.0);
+    QCOMPARE(slider.value(), 90);
+    QCOMPARE(slider.slider()->minimum(), 200);
+    // A coefficient that cannot scale anything is refused, not divided by.
+    slider.setLog10Coef(0.0);
+    slider.setLog10Coef(-3.0);
+    QCOMPARE(slider.log10Coef(), 200.0);
+    QCOMPARE(slider.value(), 90);
+    // 90 lies between the square root positions 9 (81) and 10 (100): the
+    // handle goes to the nearer one while the value itself is kept.
+    QSignalSpy changes(&slider, &QtOrbSlider::valueChanged);
+    slider.setScaleType(QtOrbSlider::SquareRoot);
+    QCOMPARE(slider.slider()->value(), 9);
+    QCOMPARE(slider.value(), 90);
+    slider.setScaleType(QtOrbSlider::Linear);
+    QCOMPARE(slider.value(), 90);
+    QCOMPARE(changes.count(), 0);
+    slider.setRange(100, 200);
+    QCOMPARE(slider.value(), 100);
+}
+
+void TestSliders::sameRangeIsQuiet()
+{
+    QtOrbSlider slider;
+    QSignalSpy ranges(&slider, &QtOrbSlider::rangeChanged);
+    slider.setRange(0, 1000);
+    slider.setRange(0, 1000);
+    QCOMPARE(ranges.count(), 1);
+    QCOMPARE(ranges.at(0).at(1).toInt(), 1000);
+
+    QtOrbSliderSpinBox pair;
+    QSignalSpy pairRanges(&pair, &QtOrbSliderSpinBox::rangeChanged);
+    pair.setRange(5, 50);
+    pair.setRange(5, 50);
+    QCOMPARE(pairRanges.count(), 1);
+    QCOMPARE(pair.spinBox()->minimum(), 5);
+    QCOMPARE(pair.slider()->maximum(), 50);
+}
+
+void TestSliders::labelsShowRange()
+{
+    QtOrbSlider slider(Qt::Horizontal);
+    slider.setRange(-20, 3000);
+    QCOMPARE(slider.minLabel()->text(), QStringLiteral("-20"));
+    QCOMPARE(slider.maxLabel()->text(), QStringLiteral("3000"));
+    slider.show();
+    slider.setMaxLabelVisiable(false);
+    QVERIFY(!slider.isMaxLabelVisiable());
+    QVERIFY(slider.isMinLabelVisiable());
+
+    QtOrbDoubleSlider doubleSlider;
+    doubleSlider.setDecimals(2);
+    doubleSlider.setRange(0.5, 12.25);
+    QCOMPARE(doubleSlider.minLabel()->text(), QStringLiteral("0.50"));
+    QCOMPARE(doubleSlider.maxLabel()->text(), QStringLiteral("12.25"));
+}
+
+void TestSliders::arrowKeysMoveAtLeastOneStep_data()
+{
+    QTest::addColumn<QtOrbSlider::ScaleType>("scale");
+    QTest::addColumn<int>("step");
+    QTest::newRow("log, step 1") << QtOrbSlider::Logarithmic << 1;
+    QTest::newRow("log, step 7") << QtOrbSlider::Logarithmic << 7;
+    QTest::newRow("sqrt, step 1") << QtOrbSlider::SquareRoot << 1;
+    QTest::newRow("linear, step 5") << QtOrbSlider::Linear << 5;
+}
+
+void TestSliders::arrowKeysMoveAtLeastOneStep()
+{
+    QFETCH(QtOrbSlider::ScaleType, scale);
+    QFETCH(int, step);
+
+    QtOrbSlider slider(Qt::Horizontal);
+    slider.setScaleType(scale);
+    slider.setRange(0, 100000);
+    slider.setSingleStep(step);
+    slider.setValidate(true);
+    slider.setValue(0);
+    slider.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&slider));
+    QSignalSpy changes(&slider, &QtOrbSlider::valueChanged);
+
+    // Near the low end of a log scale many positions share one value; each
+    // key press must still change the value by a whole step or more.
+    int before = slider.value();
+    for (int i = 0; i < 20; ++i) {
+        QTest::keyClick(slider.slider(), Qt::Key_Right);
+        const int now = slider.value();
+        QVERIFY2(now - before >= step, qPrintable(QStringLiteral("%1 -> %2").arg(before).arg(now)));
+        before = now;
+    }
+    for (int i = 0; i < 5; ++i) {
+        QTest::keyClick(slider.slider(), Qt::Key_Down);
+        const int now = slider.value();
+        QVERIFY2(before - now >= step, qPrintable(QStringLiteral("%1 -> %2").arg(before).arg(now)));
+        before = now;
+    }
+    QCOMPARE(changes.count(), 25);
+    QCOMPARE(changes.last().at(0).toInt(), slider.value());
+}
+
+void TestSliders::focusOutIsAnnounced()
+{
+    QWidget window;
+    auto *slider = new QtOrbSlider(Qt::Horizontal, &window);
+    auto *other = new QtOrbSpinBoxVal(&window);
+    other->move(0, 80);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    slider->slider()->setFocus();
+    QTRY_VERIFY(slider->slider()->hasFocus());
+    QSignalSpy focusOut(slider, &QtOrbSlider::focusOut);
+    other->setFocus();
+    QTRY_COMPARE(focusOut.count(), 1);
+}
+
+void TestSliders::orientationRebuildsLayout()
+{
+    QtOrbSlider slider(Qt::Vertical);
+    slider.setRange(0, 10);
+    slider.resize(60, 200);
+    slider.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&slider));
+    QCOMPARE(slider.slider()->orientation(), Qt::Vertical);
+    QVERIFY(slider.maxLabel()->geometry().top() < slider.minLabel()->geometry().top());
+
+    slider.setOrientation(Qt::Horizontal);
+    slider.resize(300, 60);
+    QTRY_VERIFY(slider.minLabel()->geometry().left() < slider.maxLabel()->geometry().left());
+    QCOMPARE(slider.orientation(), Qt::Horizontal);
+    QCOMPARE(slider.slider()->orientation(), Qt::Horizontal);
+    QVERIFY(slider.slider()->geometry().bottom() <= slider.minLabel()->geometry().top());
+    // Rebuilding twice must not leave stray layouts or lose the labels.
+    slider.setOrientation(Qt::Vertical);
+    slider.setOrientation(Qt::Horizontal);
+    QCOMPARE(slider.findChildren<QLabel *>().size(), 2);
+}
+
+void TestSliders::sliderSpinBoxKeepsChildrenInStep()
+{
+    QtOrbSliderSpinBox pair;
+    QSignalSpy numbers(&pair, QOverload<int>::of(&QtOrbSliderSpinBox::valueChanged));
+    QSignalSpy texts(&pair, QOverload<const QString &>::of(&QtOrbSliderSpinBox::valueChanged));
+    pair.setRange(0, 1000);
+    pair.spinBox()->setValue(250);
+    QCOMPARE(pair.slider()->value(), 250);
+    QCOMPARE(numbers.count(), 1);
+    QCOMPARE(texts.last().at(0).toString(), QStringLiteral("250"));
+
+    pair.slider()->setValue(300);
+    QCOMPARE(pair.value(), 300);
+    QCOMPARE(numbers.last().at(0).toInt(), 300);
+
+    pair.setValue(5000);
+    QCOMPARE(pair.value(), 1000);
+    QCOMPARE(pair.slider()->value(), 1000);
+    QCOMPARE(numbers.count(), 3);
+}
+
+void TestSliders::sliderSpinBoxAnnouncesDragOnce()
+{
+    QtOrbSliderSpinBox pair;
+    pair.setRange(0, 100);
+    pair.resize(400, 40);
+    pair.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&pair));
+    QSignalSpy numbers(&pair, QOverload<int>::of(&QtOrbSliderSpinBox::valueChanged));
+    QSignalSpy texts(&pair, QOverload<const QString &>::of(&QtOrbSliderSpinBox::valueChanged));
+
+    drag(pair.slider()->slider(), 150);
+    QVERIFY(pair.value() > 0);
+    QCOMPARE(numbers.count(), 1);
+    QCOMPARE(texts.count(), 1);
+    QCOMPARE(numbers.at(0).at(0).toInt(), pair.value());
+    QCOMPARE(texts.at(0).at(0).toString(), QString::number(pair.value()));
+    QCOMPARE(pair.slider()->value(), pair.value());
+
+    // After the drag the spin box is linked again.
+    pair.spinBox()->setValue(7);
+    QCOMPARE(numbers.count(), 2);
+    QCOMPARE(pair.slider()->value(), 7);
+}
+
+void TestSliders::sliderSpinBoxLabels()
+{
+    QtOrbSliderSpinBox pair;
+    QVERIFY(!pair.leftLabel());
+    QVERIFY(pair.leftLabelText().isEmpty());
+    pair.setLeftLabelText(QStringLiteral("Exposure"));
+    pair.setTopLabelText(QStringLiteral("Timing"));
+    QCOMPARE(pair.leftLabel()->text(), QStringLiteral("Exposure"));
+    QCOMPARE(pair.topLabelText(), QStringLiteral("Timing"));
+    pair.setLeftLabelText(QStringLiteral("Gain"));
+    QCOMPARE(pair.findChildren<QLabel *>(QStringLiteral("labelLeft")).size(), 1);
+}
+
+void TestSliders::doubleSnapping_data()
+{
+    QTest::addColumn<double>("step");
+    QTest::addColumn<double>("value");
+    QTest::addColumn<double>("expected");
+    QTest::newRow("0.74 down") << 0.5 << 0.74 << 0.5;
+    QTest::newRow("0.75 half up") << 0.5 << 0.75 << 1.0;
+    QTest::newRow("on grid") << 0.5 << 1.5 << 1.5;
+    QTest::newRow("below half of 0.3") << 0.3 << 0.95 << 0.9;
+    QTest::newRow("limited to maximum") << 0.6 << 0.95 << 1.0;
+    QTest::newRow("maximum kept") << 0.3 << 1.0 << 1.0;
+}
+
+void TestSliders::doubleSnapping()
+{
+    QFETCH(double, step);
+    QFETCH(double, value);
+    QFETCH(double, expected);
+
+    QtOrbDoubleSlider slider;
+    slider.setRange(0.0, value > 1.0 ? 10.0 : 1.0);
+    slider.setSingleStep(step);
+    slider.setValidate(true);
+    slider.setValue(value);
+    QCOMPARE(slider.value(), expected);
+
+    QtOrbGainSlider gain;
+    gain.setRange(0.0, value > 1.0 ? 10.0 : 1.0);
+    gain.setSingleStep(step);
+    gain.setValidate(true);
+    gain.setValue(value);
+    QCOMPARE(gain.value(), expected);
+    QCOMPARE(gain.slider()->value(), expected);
+}
+
+void TestSliders::doublePositions_data()
+{
+    QTest::addColumn<double>("minimum");
+    QTest::addColumn<double>("maximum");
+    QTest::addColumn<double>("step");
+    QTest::addColumn<int>("lastPosition");
+    QTest::newRow("partial step adds one") << 0.0 << 1.0 << 0.3 << 4;
+    QTest::newRow("whole steps") << 0.0 << 1.0 << 0.25 << 4;
+    QTest::newRow("gain dB") << -6.0 << 24.0 << 0.1 << 300;
+}
+
+void TestSliders::doublePositions()
+{
+    QFETCH(double, minimum);
+    QFETCH(double, maximum);
+    QFETCH(double, step);
+    QFETCH(int, lastPosition);
+
+    QtOrbDoubleSlider slider;
+    slider.setSingleStep(step);
+    slider.setRange(minimum, maximum);
+    QCOMPARE(slider.slider()->minimum(), 0);
+    QCOMPARE(slider.slider()->maximum(), lastPosition);
+    slider.slider()->setValue(lastPosition);
+    QCOMPARE(slider.value(), maximum);
+    slider.slider()->setValue(0);
+    QCOMPARE(slider.value(), minimum);
+    slider.slider()->setValue(1);
+    QCOMPARE(slider.value(), minimum + step);
+
+    // Every position round-trips through its value.
+    for (int position = 0; position <= lastPosition; ++position) {
+        slider.slider()->setValue(position);
+        const double value = slider.value();
+        QtOrbDoubleSlider other;
+        other.setSingleStep(step);
+        other.setRange(minimum, maximum);
+        other.setValue(value);
+        QCOMPARE(other.slider()->value(), position);
+    }
+}
+
+void TestSliders::doubleSameRangeIsQuiet()
+{
+    QtOrbDoubleSlider slider;
+    QSignalSpy ranges(&slider, &QtOrbDoubleSlider::rangeChanged);
+    slider.setRange(0.0, 2.5);
+    slider.setRange(0.0, 2.5);
+    QCOMPARE(ranges.count(), 1);
+    QCOMPARE(slider.maximum(), 2.5);
+
+    QtOrbGainSlider gain;
+    QSignalSpy gainRanges(&gain, &QtOrbGainSlider::rangeChanged);
+    gain.setRange(1.0, 16.0);
+    gain.setRange(1.0, 16.0);
+    QCOMPARE(gainRanges.count(), 1);
+    QCOMPARE(gain.spinBox()->maximum(), 16.0);
+    QCOMPARE(gain.slider()->minimum(), 1.0);
+}
+
+void TestSliders::gainSliderDefaultsAndLinks()
+{
+    QtOrbGainSlider gain;
+    QCOMPARE(gain.decimals(), 3);
+    QCOMPARE(gain.slider()->decimals(), 3);
+    QCOMPARE(gain.minimum(), 0.0);
+    QCOMPARE(gain.maximum(), 100.0);
+    QCOMPARE(gain.slider()->maximum(), 100.0);
+
+    QSignalSpy numbers(&gain, QOverload<double>::of(&QtOrbGainSlider::valueChanged));
+    QSignalSpy texts(&gain, QOverload<const QString &>::of(&QtOrbGainSlider::valueChanged));
+    gain.spinBox()->setValue(12.5);
+    QCOMPARE(gain.slider()->value(), 12.5);
+    QCOMPARE(numbers.count(), 1);
+    QCOMPARE(texts.last().at(0).toString(), QStringLiteral("12.5"));
+    gain.setLeftLabelText(QStringLiteral("Gain"));
+    QCOMPARE(gain.leftLabel()->text(), QStringLiteral("Gain"));
+}
+
+void TestSliders::gainSliderAnnouncesDragOnce()
+{
+    QtOrbGainSlider gain;
+    gain.setSingleStep(0.5);
+    gain.setRange(0.0, 20.0);
+    gain.resize(400, 40);
+    gain.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&gain));
+    QSignalSpy numbers(&gain, QOverload<double>::of(&QtOrbGainSlider::valueChanged));
+
+    drag(gain.slider()->slider(), 120);
+    QVERIFY(gain.value() > 0.0);
+    QCOMPARE(numbers.count(), 1);
+    QCOMPARE(numbers.at(0).at(0).toDouble(), gain.value());
+}
+
+QTEST_MAIN(TestSliders)
+#include "tst_sliders.moc"

@@ -1,0 +1,363 @@
+#include <OrbGui/qtorbdoublespinboxval.h>
+#include <OrbGui/qtorbslider.h>
+#include <OrbGui/qtorbspinbox.h>
+#include <OrbGui/qtorbspinboxval.h>
+#include <OrbGui/qtorbspinboxval64.h>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <QtTest>
+
+using namespace OrbGui;
+
+class TestSpinBoxes : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void intSnapping_data();
+    void intSnapping();
+    void doubleSnapping_data();
+    void doubleSnapping();
+    void steppingSnaps();
+    void typingWaitsForEnter_data();
+    void typingWaitsForEnter();
+    void typingCommitsWhileTypingByDefault();
+    void lineEditTextLeavesValue();
+    void compoundForwardsToChildren();
+    void compoundSliderFollowsValue();
+    void compoundReadOnlyHidesButton();
+    void compoundPopupBesideButton_data();
+    void compoundPopupBesideButton();
+    void compoundPopupClosesOnFocusOut();
+    void compoundLabels();
+};
+
+void TestSpinBoxes::intSnapping_data()
+{
+    QTest::addColumn<int>("minimum");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("step");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("14 down") << 0 << 100 << 10 << 14 << 10;
+    QTest::newRow("15 half up") << 0 << 100 << 10 << 15 << 20;
+    QTest::newRow("99 up") << 0 << 100 << 10 << 99 << 100;
+    QTest::newRow("limited to maximum") << 0 << 97 << 10 << 96 << 97;
+    QTest::newRow("maximum unchanged") << 0 << 97 << 10 << 97 << 97;
+    QTest::newRow("anchored at minimum") << 2 << 100 << 4 << 7 << 6;
+    // Half of 5 is 2 in integers, so 2 already rounds up.
+    QTest::newRow("odd step, 1 down") << 0 << 100 << 5 << 1 << 0;
+    QTest::newRow("odd step, 2 up") << 0 << 100 << 5 << 2 << 5;
+    QTest::newRow("clamped below") << 10 << 100 << 10 << -40 << 10;
+}
+
+void TestSpinBoxes::intSnapping()
+{
+    QFETCH(int, minimum);
+    QFETCH(int, maximum);
+    QFETCH(int, step);
+    QFETCH(int, value);
+    QFETCH(int, expected);
+
+    QtOrbSpinBoxVal box;
+    box.setRange(minimum, maximum);
+    box.setSingleStep(step);
+    box.setValue(value);
+    // Without validate the value is only clamped.
+    QCOMPARE(box.value(), qBound(minimum, value, maximum));
+    box.setValidate(true);
+    box.setValue(value);
+    QCOMPARE(box.value(), expected);
+}
+
+void TestSpinBoxes::doubleSnapping_data()
+{
+    QTest::addColumn<double>("step");
+    QTest::addColumn<double>("value");
+    QTest::addColumn<double>("expected");
+    QTest::newRow("0.3 down") << 0.25 << 0.3 << 0.25;
+    QTest::newRow("0.4 up") << 0.25 << 0.4 << 0.5;
+    QTest::newRow("half rounds up") << 0.25 << 0.125 << 0.25;
+    QTest::newRow("limited to maximum") << 0.6 << 0.95 << 1.0;
+    QTest::newRow("on the grid") << 0.25 << 0.75 << 0.75;
+}
+
+void TestSpinBoxes::doubleSnapping()
+{
+    QFETCH(double, step);
+    QFETCH(double, value);
+    QFETCH(double, expected);
+
+    QtOrbDoubleSpinBoxVal box;
+    box.setDecimals(4);
+    box.setRange(0.0, 1.0);
+    box.setSingleStep(step);
+    box.setValidate(true);
+    box.setValue(value);
+    QCOMPARE(box.value(), expected);
+}
+
+void TestSpinBoxes::steppingSnaps()
+{
+    QtOrbSpinBoxVal box;
+    box.setRange(0, 100);
+    box.setSingleStep(10);
+    box.setValue(3);
+    box.setValidate(true);
+    box.stepBy(1); // 13 snaps to 10
+    QCOMPARE(box.value(), 10);
+    box.stepBy(3);
+    QCOMPARE(box.value(), 40);
+
+    QtOrbDoubleSpinBoxVal doubleBox;
+    doubleBox.setRange(0.0, 2.0);
+    doubleBox.setSingleStep(0.5);
+    doubleBox.setValue(0.2);
+    doubleBox.setValidate(true);
+    doubleBox.stepBy(1); // 0.7 snaps to 0.5
+    QCOMPARE(doubleBox.value(), 0.5);
+    doubleBox.stepBy(-2);
+    QCOMPARE(doubleBox.value(), 0.0);
+}
+
+void TestSpinBoxes::typingWaitsForEnter_data()
+{
+    QTest::addColumn<bool>("isDouble");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<double>("expected");
+    QTest::newRow("int") << false << QStringLiteral("42") << 40.0;
+    QTest::newRow("double") << true << QStringLiteral("0.74") << 0.5;
+}
+
+void TestSpinBoxes::typingWaitsForEnter()
+{
+    QFETCH(bool, isDouble);
+    QFETCH(QString, typed);
+    QFETCH(double, expected);
+
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    QAbstractSpinBox *box = nullptr;
+    if (isDouble) {
+        auto *d = new QtOrbDoubleSpinBoxVal;
+        d->setRange(0.0, 10.0);
+        d->setSingleStep(0.5);
+        d->setValidate(true);
+        d->setValidateTyping(false);
+        box = d;
+    } else {
+        auto *i = new QtOrbSpinBoxVal;
+        i->setRange(0, 100);
+        i->setSingleStep(10);
+        i->setValidate(true);
+        i->setValidateTyping(false);
+        box = i;
+    }
+    layout->addWidget(box);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    box->setFocus();
+    const auto value = [&] {
+        return isDouble ? static_cast<QtOrbDoubleSpinBoxVal *>(box)->value()
+                        : double(static_cast<QtOrbSpinBoxVal *>(box)->value());
+    };
+
+    box->selectAll();
+    QTest::keyClicks(box, typed);
+    QCOMPARE(value(), 0.0);
+    QCOMPARE(box->findChild<QLineEdit *>()->text(), typed);
+    QTest::keyClick(box, Qt::Key_Return);
+    QCOMPARE(value(), expected);
+
+    // Text that does not parse is left to the spin box, which keeps the value.
+    box->selectAll();
+    QTest::keyClick(box, Qt::Key_Minus);
+    QTest::keyClick(box, Qt::Key_Enter);
+    QCOMPARE(value(), expected);
+}
+
+void TestSpinBoxes::typingCommitsWhileTypingByDefault()
+{
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    auto *box = new QtOrbSpinBoxVal;
+    box->setRange(0, 100);
+    layout->addWidget(box);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    box->setFocus();
+    QSignalSpy changes(box, QOverload<int>::of(&QSpinBox::valueChanged));
+    box->selectAll();
+    QTest::keyClicks(box, QStringLiteral("57"));
+    QCOMPARE(box->value(), 57);
+    QCOMPARE(changes.count(), 2); // "5", then "57"
+}
+
+void TestSpinBoxes::lineEditTextLeavesValue()
+{
+    QtOrbSpinBoxVal box;
+    box.setRange(0, 100);
+    box.setValue(12);
+    box.setLineEditText(QStringLiteral("n/a"));
+    QCOMPARE(box.value(), 12);
+    QCOMPARE(box.findChild<QLineEdit *>()->text(), QStringLiteral("n/a"));
+
+    QtOrbDoubleSpinBoxVal doubleBox;
+    doubleBox.setValue(1.5);
+    doubleBox.setLineEditText(QStringLiteral("busy"));
+    QCOMPARE(doubleBox.value(), 1.5);
+    QCOMPARE(doubleBox.findChild<QLineEdit *>()->text(), QStringLiteral("busy"));
+}
+
+void TestSpinBoxes::compoundForwardsToChildren()
+{
+    QtOrbSpinBox box;
+    QCOMPARE(box.minimum(), 0);
+    QCOMPARE(box.maximum(), 100);
+    QSignalSpy ranges(&box, &QtOrbSpinBox::rangeChanged);
+    QSignalSpy numbers(&box, QOverload<int>::of(&QtOrbSpinBox::valueChanged));
+    QSignalSpy texts(&box, QOverload<const QString &>::of(&QtOrbSpinBox::valueChanged));
+
+    box.setRange(-10, 500);
+    QCOMPARE(ranges.count(), 1);
+    QCOMPARE(box.spinBox()->minimum(), -10);
+    QCOMPARE(box.slider()->maximum(), 500);
+    box.setRange(-10, 500);
+    QCOMPARE(ranges.count(), 1);
+
+    box.setSingleStep(20);
+    QCOMPARE(box.slider()->singleStep(), 20);
+    box.setValidate(true);
+    QVERIFY(box.validate());
+    QVERIFY(box.slider()->validate());
+    // The snapping slider pulls the box onto the grid (-10, 10, 30, ...).
+    box.setValue(35);
+    QCOMPARE(box.value(), 30);
+    QCOMPARE(box.slider()->value(), 30);
+    QCOMPARE(numbers.last().at(0).toInt(), 30);
+    QCOMPARE(texts.last().at(0).toString(), QStringLiteral("30"));
+    // Out of range is ignored, as by the 64-bit box itself.
+    box.setValue(900);
+    QCOMPARE(box.value(), 30);
+
+    // A range narrowed through the slider reaches the box, and the value
+    // follows the slider into it.
+    box.slider()->setRange(0, 20);
+    QCOMPARE(box.maximum(), 20);
+    QCOMPARE(ranges.count(), 2);
+    QCOMPARE(box.value(), 20);
+}
+
+void TestSpinBoxes::compoundSliderFollowsValue()
+{
+    QtOrbSpinBox box(Qt::Horizontal);
+    box.setRange(0, 1000);
+    box.setValue(250);
+    QCOMPARE(box.slider()->value(), 250);
+    box.slider()->setValue(600);
+    QCOMPARE(box.value(), 600);
+    QCOMPARE(box.toolButton()->text(), QStringLiteral(">"));
+    box.setSliderOrientation(Qt::Vertical);
+    QCOMPARE(box.toolButton()->text(), QStringLiteral("^"));
+    QCOMPARE(box.slider()->orientation(), Qt::Vertical);
+}
+
+void TestSpinBoxes::compoundReadOnlyHidesButton()
+{
+    QtOrbSpinBox box;
+    box.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&box));
+    QVERIFY(box.toolButton()->isVisible());
+    box.setReadOnly(true);
+    QVERIFY(box.isReadOnly());
+    QVERIFY(box.spinBox()->isReadOnly());
+    QVERIFY(!box.toolButton()->isVisible());
+    box.setReadOnly(false);
+    QVERIFY(box.toolButton()->isVisible());
+
+    // Read-only must not bring back a button the host asked to hide.
+    box.setSliderButtonVisible(false);
+    box.setReadOnly(true);
+    box.setReadOnly(false);
+    QVERIFY(!box.toolButton()->isVisible());
+    QVERIFY(!box.isSliderButtonVisible());
+}
+
+void TestSpinBoxes::compoundPopupBesideButton_data()
+{
+    QTest::addColumn<Qt::Orientation>("orientation");
+    QTest::newRow("horizontal") << Qt::Horizontal;
+    QTest::newRow("vertical") << Qt::Vertical;
+}
+
+void TestSpinBoxes::compoundPopupBesideButton()
+{
+    QFETCH(Qt::Orientation, orientation);
+
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    auto *box = new QtOrbSpinBox(orientation);
+    layout->addWidget(box);
+    window.move(200, 300);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+
+    QtOrbSlider *slider = box->slider();
+    QVERIFY(!slider->isVisible());
+    const QSize expectedSize = orientation == Qt::Horizontal ? QSize(100, 20) : QSize(20, 100);
+    QCOMPARE(slider->size(), expectedSize);
+
+    QTest::mouseClick(box->toolButton(), Qt::LeftButton);
+    QTRY_VERIFY(slider->isVisible());
+    const QPoint corner = box->toolButton()->mapToGlobal(QPoint(0, 0));
+    const QPoint expected = orientation == Qt::Horizontal
+        ? corner + QPoint(box->toolButton()->width(), 0)
+        : corner - QPoint(0, slider->height());
+    QTRY_COMPARE(slider->pos(), expected);
+    QTRY_VERIFY(slider->slider()->hasFocus());
+
+    // Moving the pop-up's handle by keys changes the spin box.
+    QSignalSpy numbers(box, QOverload<int>::of(&QtOrbSpinBox::valueChanged));
+    QTest::keyClick(slider->slider(), Qt::Key_Up);
+    QCOMPARE(box->value(), 1);
+    QCOMPARE(numbers.count(), 1);
+}
+
+void TestSpinBoxes::compoundPopupClosesOnFocusOut()
+{
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    auto *box = new QtOrbSpinBox(Qt::Horizontal);
+    layout->addWidget(box);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+
+    QTest::mouseClick(box->toolButton(), Qt::LeftButton);
+    QTRY_VERIFY(box->slider()->isVisible());
+    box->slider()->slider()->clearFocus();
+    QTRY_VERIFY(!box->slider()->isVisible());
+}
+
+void TestSpinBoxes::compoundLabels()
+{
+    QtOrbSpinBox box;
+    QVERIFY(!box.leftLabel());
+    QVERIFY(!box.topLabel());
+    box.setLeftLabelText(QStringLiteral("Width"));
+    box.setTopLabelText(QStringLiteral("Image"));
+    box.setLeftLabelText(QStringLiteral("Height"));
+    QCOMPARE(box.leftLabelText(), QStringLiteral("Height"));
+    QCOMPARE(box.topLabel()->text(), QStringLiteral("Image"));
+    QCOMPARE(box.findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly).size(), 2);
+}
+
+QTEST_MAIN(TestSpinBoxes)
+#include "tst_spinboxes.moc"
