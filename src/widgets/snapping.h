@@ -1,7 +1,8 @@
 // Snapping to the grid minimum + k * step shared by the value widgets: a
 // remainder of half a step or more rounds up (the step halved as an integer
 // for integers), the result never passes the maximum, and the minimum and
-// the maximum themselves are never moved.
+// the maximum themselves are never moved. A value outside the range lands on
+// the nearer end rather than on a grid point inside it.
 #ifndef ORBGUI_SNAPPING_H
 #define ORBGUI_SNAPPING_H
 
@@ -14,8 +15,8 @@ namespace OrbGui {
 // Free of overflow over the whole 64-bit range. step must be positive.
 inline qlonglong snapToGrid(qlonglong value, qlonglong minimum, qlonglong maximum, qlonglong step)
 {
-    if (value == minimum || value == maximum || step <= 0)
-        return value;
+    if (value <= minimum || value >= maximum || step <= 0)
+        return qBound(minimum, value, qMax(minimum, maximum));
     const quint64 ustep = static_cast<quint64>(step);
     const quint64 span = static_cast<quint64>(maximum) - static_cast<quint64>(minimum);
     quint64 d = static_cast<quint64>(value) - static_cast<quint64>(minimum);
@@ -32,8 +33,8 @@ inline qlonglong snapToGrid(qlonglong value, qlonglong minimum, qlonglong maximu
 
 inline double snapToGrid(double value, double minimum, double maximum, double step)
 {
-    if (value == minimum || value == maximum || !(step > 0))
-        return value;
+    if (value <= minimum || value >= maximum || !(step > 0))
+        return qBound(minimum, value, qMax(minimum, maximum));
     double d = value - minimum;
     const double q = d / step;
     const double r = (q - std::trunc(q)) * step;

@@ -55,6 +55,10 @@ class TestSliders : public QObject {
 private Q_SLOTS:
     void snapping_data();
     void snapping();
+    void snappingSweep();
+    void scaleSweep_data();
+    void scaleSweep();
+    void doubleSweep();
     void scalePositions_data();
     void scalePositions();
     void roundTripKeepsValue_data();
@@ -132,6 +136,205 @@ void TestSliders::snapping()
     pair.setValue(value);
     QCOMPARE(pair.value(), expected);
     QCOMPARE(pair.slider()->value(), expected);
+}
+
+namespace {
+
+// The snapping rule by brute force: the nearest grid point anchored at the
+// minimum, a tie going up, never past the maximum; the ends stay.
+int nearestOnGrid(int value, int minimum, int maximum, int step)
+{
+    if (value <= minimum)
+        return minimum;
+    if (value >= maximum)
+        return maximum;
+    int below = minimum;
+    while (below + step <= value)
+        below += step;
+    const int above = below + step;
+    const int distanceDown = value - below;
+    // Integer halving: a remainder of step / 2 (rounded down) already goes up.
+    const int pick = distanceDown == 0 ? below : (distanceDown >= step / 2 ? above : below);
+    return qMin(pick, maximum);
+}
+
+// The value a freshly made slider reads at `position`.
+int valueAt(QtOrbSlider::ScaleType scale, const QPair<int, int> &range, int step, bool validate,
+            int position)
+{
+    QtOrbSlider slider;
+    slider.setScaleType(scale);
+    slider.setRange(range.first, range.second);
+    slider.setSingleStep(step);
+    slider.setValidate(validate);
+    QSlider *inner = slider.slider();
+    // Start from the other end so that reaching `position` is a move.
+    inner->setValue(position == inner->minimum() ? inner->maximum() : inner->minimum());
+    inner->setValue(position);
+    return slider.value();
+}
+
+} // namespace
+
+void TestSliders::snappingSweep()
+{
+    const QList<QPair<int, int>> ranges
+        = { { 0, 97 }, { -50, 50 }, { 3, 1000 }, { -1000, -7 }, { 16, 4095 }, { 0, 1 } };
+    int checked = 0;
+    for (const auto &range : ranges) {
+        for (int step : { 1, 2, 3, 5, 7, 10, 16, 64, 100 }) {
+            QtOrbSlider slider;
+            slider.setRange(range.first, range.second);
+            slider.setSingleStep(step);
+            slider.setValidate(true);
+            QtOrbSpinBoxVal box;
+            box.setRange(range.first, range.second);
+            box.setSingleStep(step);
+            box.setValidate(true);
+            for (int value = range.first - 3; value <= range.second + 3;
+                 value += qMax(1, step / 3)) {
+                const int expected = nearestOnGrid(value, range.first, range.second, step);
+                slider.setValue(value);
+                box.setValue(value);
+                QVERIFY2(
+                    slider.value() == expected && box.value() == expected,
+                    qPrintable(QStringLiteral(
+                                   "range %1..%2 step %3 value %4: slider %5 box %6 expected %7")
+                                   .arg(range.first)
+                                   .arg(range.second)
+                                   .arg(step)
+                                   .arg(value)
+                                   .arg(slider.value())
+                                   .arg(box.value())
+                                   .arg(expected)));
+                ++checked;
+            }
+        }
+    }
+    QVERIFY(checked > 5000);
+}
+
+void TestSliders::scaleSweep_data()
+{
+    QTest::addColumn<QtOrbSlider::ScaleType>("scale");
+    QTest::newRow("linear") << QtOrbSlider::Linear;
+    QTest::newRow("logarithmic") << QtOrbSlider::Logarithmic;
+    QTest::newRow("square root") << QtOrbSlider::SquareRoot;
+}
+
+// Over many ranges and increments: the handle's ends give the range's ends,
+// values never fall as the handle rises, every position's value lies on the
+// grid and comes back to the same position, and a value survives a change
+// of scale.
+void TestSliders::scaleSweep()
+{
+    QFETCH(QtOrbSlider::ScaleType, scale);
+    const QList<QPair<int, int>> ranges
+        = { { 0, 10 }, { 0, 1000 }, { -500, 500 }, { 10, 1000000 }, { 1, 65535 }, { 7, 8 } };
+    for (const auto &range : ranges) {
+        for (int step : { 1, 4, 25 }) {
+            for (bool validate : { false, true }) {
+                const QString where = QStringLiteral("range %1..%2 step %3 validate %4")
+                                          .arg(range.first)
+                                          .arg(range.second)
+                                          .arg(step)
+                                          .arg(validate);
+                QtOrbSlider slider;
+                slider.setScaleType(scale);
+                slider.setRange(range.first, range.second);
+                slider.setSingleStep(step);
+                slider.setValidate(validate);
+                QSlider *inner = slider.slider();
+                inner->setValue(inner->maximum());
+                QVERIFY2(slider.value() == range.second, qPrintable(where));
+                inner->setValue(inner->minimum());
+                QVERIFY2(slider.value() == range.first, qPrintable(where));
+
+                QtOrbSlider probe;
+                probe.setScaleType(scale);
+                probe.setRange(range.first, range.second);
+                probe.setSingleStep(step);
+                probe.setValidate(validate);
+                int previous = range.first;
+                const int positions = inner->maximum() - inner->minimum();
+                const int stride = qMax(1, positions / 400);
+                for (int position = inner->minimum(); position <= inner->maximum();
+                     position += stride) {
+                    inner->setValue(position);
+                    const int value = slider.value();
+                    const QString at
+                        = where + QStringLiteral(" position %1 value %2").arg(position).arg(value);
+                    QVERIFY2(value >= previous, qPrintable(at));
+                    QVERIFY2(!validate || value == range.first || value == range.second
+                                 || (value - range.first) % step == 0,
+                             qPrintable(at));
+                    probe.setValue(value);
+                    QVERIFY2(probe.value() == value, qPrintable(at));
+                    // The handle placed for the value sits within one position of
+                    // it: the neighbouring positions read values around it.
+                    const int placed = probe.slider()->value();
+                    const int below
+                        = valueAt(scale, range, step, validate, qMax(inner->minimum(), placed - 1));
+                    const int above
+                        = valueAt(scale, range, step, validate, qMin(inner->maximum(), placed + 1));
+                    QVERIFY2(below <= value && value <= above,
+                             qPrintable(at
+                                        + QStringLiteral(" placed at %1 between %2 and %3")
+                                              .arg(placed)
+                                              .arg(below)
+                                              .arg(above)));
+                    previous = value;
+                }
+                const int middle = probe.value();
+                for (auto other :
+                     { QtOrbSlider::Linear, QtOrbSlider::Logarithmic, QtOrbSlider::SquareRoot }) {
+                    probe.setScaleType(other);
+                    QVERIFY2(probe.value() == middle, qPrintable(where));
+                }
+            }
+        }
+    }
+}
+
+void TestSliders::doubleSweep()
+{
+    const QList<QPair<double, double>> ranges
+        = { { 0.0, 1.0 }, { -6.0, 24.0 }, { 1.0, 16.0 }, { 0.0, 0.05 }, { -2.0, 2.0 } };
+    for (const auto &range : ranges) {
+        for (double step : { 0.001, 0.01, 0.3, 0.5, 1.0 }) {
+            QtOrbDoubleSlider slider;
+            slider.setSingleStep(step);
+            slider.setRange(range.first, range.second);
+            slider.setValidate(true);
+            QSlider *inner = slider.slider();
+            const QString where = QStringLiteral("range %1..%2 step %3")
+                                      .arg(range.first)
+                                      .arg(range.second)
+                                      .arg(step);
+            QCOMPARE(inner->minimum(), 0);
+            // The last position reaches the maximum even after a partial step.
+            QVERIFY2(range.first + step * (inner->maximum() - 1) < range.second + 1e-9,
+                     qPrintable(where));
+            QVERIFY2(range.first + step * inner->maximum() >= range.second - 1e-9,
+                     qPrintable(where));
+            double previous = range.first;
+            for (int position = 0; position <= inner->maximum(); ++position) {
+                inner->setValue(position);
+                const double value = slider.value();
+                QVERIFY2(value >= previous - 1e-12, qPrintable(where));
+                QVERIFY2(value >= range.first && value <= range.second, qPrintable(where));
+                previous = value;
+                QtOrbDoubleSlider probe;
+                probe.setSingleStep(step);
+                probe.setRange(range.first, range.second);
+                probe.setValidate(true);
+                probe.setValue(value);
+                QVERIFY2(probe.slider()->value() == position,
+                         qPrintable(where + QStringLiteral(" position %1").arg(position)));
+            }
+            QCOMPARE(previous, range.second);
+        }
+    }
 }
 
 void TestSliders::scalePositions_data()
