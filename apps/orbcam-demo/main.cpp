@@ -7,10 +7,13 @@
 #include <OrbCam/OrbCam.h>
 #include <OrbCam/OrbCamSim.h>
 #include <OrbGui/orbgenparamtreeview.h>
+#include <OrbGui/qtorbdoubleslider.h>
+#include <OrbGui/qtorbdoublespinboxval.h>
 #include <OrbGui/qtorbgainslider.h>
 #include <OrbGui/qtorbslider.h>
 #include <OrbGui/qtorbsliderspinbox.h>
 #include <OrbGui/qtorbspinbox.h>
+#include <OrbGui/qtorbspinboxval.h>
 #include <OrbGui/qtorbspinboxval64.h>
 
 #include <QApplication>
@@ -182,8 +185,8 @@ int widgets(QApplication &app, const QCommandLineParser &options)
 
         auto *exposure = new OrbGui::QtOrbSliderSpinBox;
         exposure->slider()->setScaleType(OrbGui::QtOrbSlider::Logarithmic);
-        bindInteger(exposure, map, "Frame_ExposureClocks", status);
-        form->addRow(QStringLiteral("Exposure (clocks, log scale)"), exposure);
+        bindInteger(exposure, map, "Frame_ExposureLines", status);
+        form->addRow(QStringLiteral("Exposure (lines, log scale)"), exposure);
 
         auto *black = new OrbGui::QtOrbSliderSpinBox;
         black->setValidate(true);
@@ -202,13 +205,42 @@ int widgets(QApplication &app, const QCommandLineParser &options)
         gain->setValue(6.0);
         form->addRow(QStringLiteral("Gain (dB, unbound)"), gain);
 
+        auto *height = new OrbGui::QtOrbSlider(Qt::Horizontal);
+        height->setScaleType(OrbGui::QtOrbSlider::SquareRoot);
+        height->setValidate(true);
+        bindInteger(height, map, "Frame_Height", status);
+        form->addRow(QStringLiteral("Height (square-root scale)"), height);
+
+        // Colour correction coefficients: unbound, the simulated cameras
+        // have none.
+        auto *coefficient = new OrbGui::QtOrbDoubleSlider(Qt::Horizontal);
+        coefficient->setDecimals(2);
+        coefficient->setSingleStep(0.01);
+        coefficient->setRange(-2.0, 2.0);
+        coefficient->setValidate(true);
+        coefficient->setValue(1.0);
+        form->addRow(QStringLiteral("Coefficient R-R"), coefficient);
+        auto *coefficientBox = new OrbGui::QtOrbDoubleSpinBoxVal;
+        coefficientBox->setDecimals(2);
+        coefficientBox->setRange(-2.0, 2.0);
+        coefficientBox->setSingleStep(0.25);
+        coefficientBox->setValidate(true);
+        coefficientBox->setValidateTyping(false);
+        coefficientBox->setValue(-0.25);
+        form->addRow(QStringLiteral("Coefficient R-G (Enter commits)"), coefficientBox);
+
+        auto *offset = new OrbGui::QtOrbSpinBoxVal;
+        offset->setValidate(true);
+        bindInteger(offset, map, "Frame_OffsetX", status);
+        form->addRow(QStringLiteral("Offset X (snaps to increment)"), offset);
+
         auto *big = new OrbGui::QtOrbSpinBoxVal64;
         big->setRange(0, std::numeric_limits<qlonglong>::max());
         big->setValue(1LL << 40);
         form->addRow(QStringLiteral("64-bit value"), big);
         form->addRow(status);
 
-        window.resize(560, 300);
+        window.resize(560, 460);
         window.show();
         if (!options.value(QStringLiteral("screenshot")).isEmpty())
             screenshotLater(&window, options.value(QStringLiteral("screenshot")));

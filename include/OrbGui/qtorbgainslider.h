@@ -22,6 +22,14 @@ class ORBGUI_EXPORT QtOrbGainSlider : public QFrame {
     Q_OBJECT
     Q_CLASSINFO("version", "1.0.1")
     Q_PROPERTY(double value READ value WRITE setValue NOTIFY valueChanged USER true)
+    Q_PROPERTY(double minimum READ minimum WRITE setMinimum)
+    Q_PROPERTY(double maximum READ maximum WRITE setMaximum)
+    Q_PROPERTY(double singleStep READ singleStep WRITE setSingleStep)
+    Q_PROPERTY(bool validate READ validate WRITE setValidate)
+    Q_PROPERTY(bool validateTyping READ validateTyping WRITE setValidateTyping)
+    Q_PROPERTY(QString leftLabelText READ leftLabelText WRITE setLeftLabelText)
+    Q_PROPERTY(QString topLabelText READ topLabelText WRITE setTopLabelText)
+    Q_PROPERTY(int decimals READ decimals WRITE setDecimals)
 
 public:
     explicit QtOrbGainSlider(QWidget *parent = nullptr);

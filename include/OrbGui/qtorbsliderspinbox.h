@@ -21,6 +21,13 @@ class ORBGUI_EXPORT QtOrbSliderSpinBox : public QFrame {
     Q_OBJECT
     Q_CLASSINFO("version", "1.0.1")
     Q_PROPERTY(int value READ value WRITE setValue NOTIFY valueChanged USER true)
+    Q_PROPERTY(int minimum READ minimum WRITE setMinimum)
+    Q_PROPERTY(int maximum READ maximum WRITE setMaximum)
+    Q_PROPERTY(int singleStep READ singleStep WRITE setSingleStep)
+    Q_PROPERTY(bool validate READ validate WRITE setValidate)
+    Q_PROPERTY(bool validateTyping READ validateTyping WRITE setValidateTyping)
+    Q_PROPERTY(QString leftLabelText READ leftLabelText WRITE setLeftLabelText)
+    Q_PROPERTY(QString topLabelText READ topLabelText WRITE setTopLabelText)
 
 public:
     explicit QtOrbSliderSpinBox(QWidget *parent = nullptr);

@@ -29,6 +29,10 @@ class ORBGUI_EXPORT QtOrbSpinBox : public QWidget {
     Q_PROPERTY(int minimum READ minimum WRITE setMinimum)
     Q_PROPERTY(int maximum READ maximum WRITE setMaximum)
     Q_PROPERTY(int singleStep READ singleStep WRITE setSingleStep)
+    Q_PROPERTY(bool validate READ validate WRITE setValidate)
+    Q_PROPERTY(bool validateTyping READ validateTyping WRITE setValidateTyping)
+    Q_PROPERTY(bool readOnly READ isReadOnly WRITE setReadOnly)
+    Q_PROPERTY(bool sliderButtonVisible READ isSliderButtonVisible WRITE setSliderButtonVisible)
     Q_PROPERTY(QString leftLabelText READ leftLabelText WRITE setLeftLabelText)
     Q_PROPERTY(QString topLabelText READ topLabelText WRITE setTopLabelText)
 

@@ -31,6 +31,10 @@ void tst_OrbCamDemo::screenshots_data()
         << QSize(400, 400);
     QTest::newRow("value widgets on a camera")
         << QStringList { QStringLiteral("widgets") } << QSize(400, 250);
+    // At twice the pixel density the window renders at twice the size.
+    QTest::newRow("value widgets at high DPI")
+        << QStringList { QStringLiteral("widgets"), QStringLiteral("--scale"), QStringLiteral("2") }
+        << QSize(1000, 800);
 }
 
 void tst_OrbCamDemo::screenshots()
@@ -40,6 +44,13 @@ void tst_OrbCamDemo::screenshots()
     QTemporaryDir dir;
     const QString shot = dir.filePath(QStringLiteral("tree.png"));
     QProcess demo;
+    const int scale = arguments.indexOf(QStringLiteral("--scale"));
+    if (scale >= 0) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_SCALE_FACTOR"), arguments.at(scale + 1));
+        demo.setProcessEnvironment(environment);
+        arguments.erase(arguments.begin() + scale, arguments.begin() + scale + 2);
+    }
     demo.start(QStringLiteral(ORBCAM_DEMO), arguments << QStringLiteral("--screenshot") << shot);
     QVERIFY(demo.waitForFinished(60000));
     QCOMPARE(demo.exitCode(), 0);
