@@ -8,6 +8,8 @@
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QSlider>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QtTest>
@@ -33,6 +35,7 @@ private Q_SLOTS:
     void compoundPopupBesideButton_data();
     void compoundPopupBesideButton();
     void compoundPopupClosesOnFocusOut();
+    void compoundPopupDragAnnouncesOnce();
     void compoundLabels();
 };
 
@@ -344,6 +347,48 @@ void TestSpinBoxes::compoundPopupClosesOnFocusOut()
     QTRY_VERIFY(box->slider()->isVisible());
     box->slider()->slider()->clearFocus();
     QTRY_VERIFY(!box->slider()->isVisible());
+}
+
+void TestSpinBoxes::compoundPopupDragAnnouncesOnce()
+{
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    auto *box = new QtOrbSpinBox(Qt::Horizontal);
+    box->resizeSlider(300, 30);
+    layout->addWidget(box);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QTest::mouseClick(box->toolButton(), Qt::LeftButton);
+    QSlider *inner = box->slider()->slider();
+    QTRY_VERIFY(inner->isVisible());
+    QVERIFY(QTest::qWaitForWindowExposed(box->slider()));
+
+    QSignalSpy numbers(box, QOverload<int>::of(&QtOrbSpinBox::valueChanged));
+    QStyleOptionSlider option;
+    option.initFrom(inner);
+    option.orientation = Qt::Horizontal;
+    option.minimum = inner->minimum();
+    option.maximum = inner->maximum();
+    option.sliderPosition = inner->sliderPosition();
+    const QPoint start
+        = inner->style()
+              ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, inner)
+              .center();
+    QTest::mousePress(inner, Qt::LeftButton, Qt::NoModifier, start);
+    for (int dx = 20; dx <= 100; dx += 20) {
+        QMouseEvent move(QEvent::MouseMove, start + QPoint(dx, 0), Qt::LeftButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(inner, &move);
+        // The number follows the handle while it is held...
+        QCOMPARE(box->value(), box->slider()->value());
+    }
+    // ...but the widget announces nothing until the release.
+    QCOMPARE(numbers.count(), 0);
+    QTest::mouseRelease(inner, Qt::LeftButton, Qt::NoModifier, start + QPoint(100, 0));
+    QVERIFY(box->value() > 0);
+    QCOMPARE(numbers.count(), 1);
+    QCOMPARE(numbers.at(0).at(0).toInt(), box->value());
 }
 
 void TestSpinBoxes::compoundLabels()
