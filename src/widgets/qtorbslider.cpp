@@ -1,5 +1,6 @@
 #include <OrbGui/qtorbslider.h>
 
+#include "sliderframe.h"
 #include "snapping.h"
 
 #include <QBoxLayout>
@@ -82,30 +83,7 @@ void QtOrbSliderPrivate::init(Qt::Orientation o)
 
 void QtOrbSliderPrivate::buildLayout()
 {
-    Q_Q(QtOrbSlider);
-    delete q->layout(); // the layouts only; the widgets stay
-    slider->setOrientation(orientation);
-    auto *layoutV = new QVBoxLayout(q);
-    layoutV->setObjectName(QStringLiteral("layoutV"));
-    layoutV->setContentsMargins(0, 0, 0, 0);
-    layoutV->setSpacing(0);
-    auto *layoutH = new QHBoxLayout;
-    layoutH->setObjectName(QStringLiteral("layoutH"));
-    layoutH->setContentsMargins(0, 0, 0, 0);
-    if (orientation == Qt::Vertical) {
-        layoutH->setSpacing(0);
-        layoutV->addWidget(labelMax, 0, Qt::AlignHCenter | Qt::AlignBottom);
-        layoutH->addWidget(slider);
-        layoutV->addLayout(layoutH, 1);
-        layoutV->addWidget(labelMin, 0, Qt::AlignHCenter | Qt::AlignBottom);
-    } else {
-        layoutH->setSpacing(6);
-        layoutV->addWidget(slider);
-        layoutH->addWidget(labelMin, 0, Qt::AlignLeft);
-        layoutH->addStretch(1);
-        layoutH->addWidget(labelMax, 0, Qt::AlignRight);
-        layoutV->addLayout(layoutH);
-    }
+    layOutSliderFrame(q_ptr, slider, labelMin, labelMax, orientation);
 }
 
 int QtOrbSliderPrivate::valueFromPosition(int position) const
