@@ -2,6 +2,8 @@
 #include <OrbGui/qtorbdoublespinboxval.h>
 #include <OrbGui/qtorbgainslider.h>
 
+#include "captionlabel.h"
+
 #include <QBoxLayout>
 #include <QLabel>
 
@@ -18,7 +20,6 @@ public:
     void init();
     void link();
     void unlink();
-    QLabel *label(QLabel *&label, const char *name, bool left);
 
     QtOrbGainSlider *const q_ptr;
     QVBoxLayout *layoutV = nullptr;
@@ -87,20 +88,6 @@ void QtOrbGainSliderPrivate::unlink()
 {
     QObject::disconnect(toNumber);
     QObject::disconnect(toText);
-}
-
-QLabel *QtOrbGainSliderPrivate::label(QLabel *&label, const char *name, bool left)
-{
-    Q_Q(QtOrbGainSlider);
-    if (!label) {
-        label = new QLabel(q);
-        label->setObjectName(QString::fromLatin1(name));
-        if (left)
-            layoutH->insertWidget(0, label);
-        else
-            layoutV->insertWidget(0, label);
-    }
-    return label;
 }
 
 QtOrbGainSlider::QtOrbGainSlider(QWidget *parent)
@@ -199,7 +186,7 @@ QString QtOrbGainSlider::leftLabelText() const
 void QtOrbGainSlider::setLeftLabelText(const QString &text)
 {
     Q_D(QtOrbGainSlider);
-    d->label(d->labelLeft, "labelLeft", true)->setText(text);
+    captionLabel(d->labelLeft, this, d->layoutH, "labelLeft")->setText(text);
 }
 QString QtOrbGainSlider::topLabelText() const
 {
@@ -208,7 +195,7 @@ QString QtOrbGainSlider::topLabelText() const
 void QtOrbGainSlider::setTopLabelText(const QString &text)
 {
     Q_D(QtOrbGainSlider);
-    d->label(d->labelUpper, "labelUpper", false)->setText(text);
+    captionLabel(d->labelUpper, this, d->layoutV, "labelUpper")->setText(text);
 }
 QLabel *QtOrbGainSlider::leftLabel() const
 {

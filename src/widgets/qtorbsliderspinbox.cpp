@@ -2,6 +2,8 @@
 #include <OrbGui/qtorbsliderspinbox.h>
 #include <OrbGui/qtorbspinboxval.h>
 
+#include "captionlabel.h"
+
 #include <QBoxLayout>
 #include <QLabel>
 
@@ -19,7 +21,6 @@ public:
     void link();
     void unlink();
     void released();
-    QLabel *label(QLabel *&label, const char *name, bool left);
 
     QtOrbSliderSpinBox *const q_ptr;
     QVBoxLayout *layoutV = nullptr;
@@ -88,20 +89,6 @@ void QtOrbSliderSpinBoxPrivate::released()
     } else {
         spinbox->setValue(slider->value());
     }
-}
-
-QLabel *QtOrbSliderSpinBoxPrivate::label(QLabel *&label, const char *name, bool left)
-{
-    Q_Q(QtOrbSliderSpinBox);
-    if (!label) {
-        label = new QLabel(q);
-        label->setObjectName(QString::fromLatin1(name));
-        if (left)
-            layoutH->insertWidget(0, label);
-        else
-            layoutV->insertWidget(0, label);
-    }
-    return label;
 }
 
 QtOrbSliderSpinBox::QtOrbSliderSpinBox(QWidget *parent)
@@ -188,7 +175,7 @@ QString QtOrbSliderSpinBox::leftLabelText() const
 void QtOrbSliderSpinBox::setLeftLabelText(const QString &text)
 {
     Q_D(QtOrbSliderSpinBox);
-    d->label(d->labelLeft, "labelLeft", true)->setText(text);
+    captionLabel(d->labelLeft, this, d->layoutH, "labelLeft")->setText(text);
 }
 QString QtOrbSliderSpinBox::topLabelText() const
 {
@@ -197,7 +184,7 @@ QString QtOrbSliderSpinBox::topLabelText() const
 void QtOrbSliderSpinBox::setTopLabelText(const QString &text)
 {
     Q_D(QtOrbSliderSpinBox);
-    d->label(d->labelUpper, "labelUpper", false)->setText(text);
+    captionLabel(d->labelUpper, this, d->layoutV, "labelUpper")->setText(text);
 }
 QLabel *QtOrbSliderSpinBox::leftLabel() const
 {

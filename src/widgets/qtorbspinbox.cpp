@@ -2,6 +2,8 @@
 #include <OrbGui/qtorbspinbox.h>
 #include <OrbGui/qtorbspinboxval64.h>
 
+#include "captionlabel.h"
+
 #include <QBoxLayout>
 #include <QLabel>
 #include <QSlider>
@@ -21,7 +23,6 @@ public:
     void link();
     void unlink();
     void popUp();
-    QLabel *label(QLabel *&label, const char *name, bool left);
 
     QtOrbSpinBox *const q_ptr;
     QVBoxLayout *layoutV = nullptr;
@@ -121,20 +122,6 @@ void QtOrbSpinBoxPrivate::popUp()
     slider->move(at);
     slider->show();
     slider->slider()->setFocus();
-}
-
-QLabel *QtOrbSpinBoxPrivate::label(QLabel *&label, const char *name, bool left)
-{
-    Q_Q(QtOrbSpinBox);
-    if (!label) {
-        label = new QLabel(q);
-        label->setObjectName(QString::fromLatin1(name));
-        if (left)
-            layoutH->insertWidget(0, label);
-        else
-            layoutV->insertWidget(0, label);
-    }
-    return label;
 }
 
 QtOrbSpinBox::QtOrbSpinBox(QWidget *parent)
@@ -241,7 +228,7 @@ QString QtOrbSpinBox::leftLabelText() const
 void QtOrbSpinBox::setLeftLabelText(const QString &text)
 {
     Q_D(QtOrbSpinBox);
-    d->label(d->labelLeft, "labelLeft", true)->setText(text);
+    captionLabel(d->labelLeft, this, d->layoutH, "labelLeft")->setText(text);
 }
 QString QtOrbSpinBox::topLabelText() const
 {
@@ -250,7 +237,7 @@ QString QtOrbSpinBox::topLabelText() const
 void QtOrbSpinBox::setTopLabelText(const QString &text)
 {
     Q_D(QtOrbSpinBox);
-    d->label(d->labelUpper, "labelUpper", false)->setText(text);
+    captionLabel(d->labelUpper, this, d->layoutV, "labelUpper")->setText(text);
 }
 
 bool QtOrbSpinBox::isSliderButtonVisible() const
