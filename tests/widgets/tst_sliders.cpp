@@ -158,15 +158,21 @@ int nearestOnGrid(int value, int minimum, int maximum, int step)
     return qMin(pick, maximum);
 }
 
+void configure(QtOrbSlider &slider, QtOrbSlider::ScaleType scale, const QPair<int, int> &range,
+               int step, bool validate)
+{
+    slider.setScaleType(scale);
+    slider.setRange(range.first, range.second);
+    slider.setSingleStep(step);
+    slider.setValidate(validate);
+}
+
 // The value a freshly made slider reads at `position`.
 int valueAt(QtOrbSlider::ScaleType scale, const QPair<int, int> &range, int step, bool validate,
             int position)
 {
     QtOrbSlider slider;
-    slider.setScaleType(scale);
-    slider.setRange(range.first, range.second);
-    slider.setSingleStep(step);
-    slider.setValidate(validate);
+    configure(slider, scale, range, step, validate);
     QSlider *inner = slider.slider();
     // Start from the other end so that reaching `position` is a move.
     inner->setValue(position == inner->minimum() ? inner->maximum() : inner->minimum());
@@ -240,10 +246,7 @@ void TestSliders::scaleSweep()
                                           .arg(step)
                                           .arg(validate);
                 QtOrbSlider slider;
-                slider.setScaleType(scale);
-                slider.setRange(range.first, range.second);
-                slider.setSingleStep(step);
-                slider.setValidate(validate);
+                configure(slider, scale, range, step, validate);
                 QSlider *inner = slider.slider();
                 inner->setValue(inner->maximum());
                 QVERIFY2(slider.value() == range.second, qPrintable(where));
@@ -251,10 +254,7 @@ void TestSliders::scaleSweep()
                 QVERIFY2(slider.value() == range.first, qPrintable(where));
 
                 QtOrbSlider probe;
-                probe.setScaleType(scale);
-                probe.setRange(range.first, range.second);
-                probe.setSingleStep(step);
-                probe.setValidate(validate);
+                configure(probe, scale, range, step, validate);
                 int previous = range.first;
                 const int positions = inner->maximum() - inner->minimum();
                 const int stride = qMax(1, positions / 400);
