@@ -51,7 +51,8 @@ public:
     void setScaleType(ScaleType type);
     double log10Coef() const;
     // Positions per decade on the logarithmic scale; values of 0 or below
-    // are ignored (they would make the scale empty).
+    // (an empty scale) and above 1000000 (more positions than an int slider
+    // counts) are ignored.
     void setLog10Coef(double coefficient);
     bool validate() const;
     void setValidate(bool validate);

@@ -26,6 +26,15 @@ public:
     {
         return validate ? snapToGrid(v, minimum, maximum, singleStep) : v;
     }
+    // The distance between two positions: the increment, unless the range
+    // holds more increments than an int slider can count (a float feature
+    // without an increment over a wide range), then the range is divided
+    // into the most positions that fit.
+    double positionStep() const
+    {
+        constexpr double mostPositions = 1e9;
+        return qMax(singleStep, (maximum - minimum) / mostPositions);
+    }
     double valueFromPosition(int position) const;
     int positionFromValue(double value) const;
     void rebuild(double value);
@@ -78,7 +87,7 @@ double QtOrbDoubleSliderPrivate::valueFromPosition(int position) const
         return minimum;
     if (position >= slider->maximum())
         return maximum;
-    return qBound(minimum, snap(position * singleStep + minimum), maximum);
+    return qBound(minimum, snap(position * positionStep() + minimum), maximum);
 }
 
 int QtOrbDoubleSliderPrivate::positionFromValue(double value) const
@@ -87,7 +96,7 @@ int QtOrbDoubleSliderPrivate::positionFromValue(double value) const
         return slider->minimum();
     if (value >= maximum)
         return slider->maximum();
-    return static_cast<int>((snap(value) - minimum) / singleStep + 0.5);
+    return static_cast<int>((snap(value) - minimum) / positionStep() + 0.5);
 }
 
 void QtOrbDoubleSliderPrivate::place(double value)
@@ -106,8 +115,9 @@ void QtOrbDoubleSliderPrivate::place(double value)
 void QtOrbDoubleSliderPrivate::rebuildPositions()
 {
     QObject::disconnect(positionLink);
-    int n = static_cast<int>((maximum - minimum) / singleStep + 0.5);
-    if (maximum > minimum + singleStep * n)
+    const double step = positionStep();
+    int n = static_cast<int>((maximum - minimum) / step + 0.5);
+    if (maximum > minimum + step * n)
         ++n; // the last partial step still reaches the maximum
     slider->setRange(0, qMax(0, n));
 }

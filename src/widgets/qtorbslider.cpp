@@ -251,7 +251,7 @@ double QtOrbSlider::log10Coef() const
 void QtOrbSlider::setLog10Coef(double coefficient)
 {
     Q_D(QtOrbSlider);
-    if (!(coefficient > 0) || coefficient == d->log10Coef)
+    if (!(coefficient > 0) || coefficient > 1e6 || coefficient == d->log10Coef)
         return;
     const int current = d->lastValue;
     d->log10Coef = coefficient;
