@@ -77,6 +77,7 @@ void QtOrbGainSliderPrivate::init()
 void QtOrbGainSliderPrivate::link()
 {
     Q_Q(QtOrbGainSlider);
+    unlink(); // a release without a press must not link twice
     toNumber = QObject::connect(spinbox, QOverload<double>::of(&QDoubleSpinBox::valueChanged), q,
                                 QOverload<double>::of(&QtOrbGainSlider::valueChanged));
     toText

@@ -64,6 +64,7 @@ void QtOrbSliderSpinBoxPrivate::init()
 void QtOrbSliderSpinBoxPrivate::link()
 {
     Q_Q(QtOrbSliderSpinBox);
+    unlink(); // a release without a press must not link twice
     toSlider = QObject::connect(spinbox, QOverload<int>::of(&QSpinBox::valueChanged), slider,
                                 &QtOrbSlider::setValue);
     toNumber = QObject::connect(spinbox, QOverload<int>::of(&QSpinBox::valueChanged), q,

@@ -98,6 +98,7 @@ void QtOrbSpinBoxPrivate::init(Qt::Orientation orientation)
 void QtOrbSpinBoxPrivate::link()
 {
     Q_Q(QtOrbSpinBox);
+    unlink(); // a release without a press must not link twice
     toSlider
         = QObject::connect(spinbox, QOverload<qlonglong>::of(&QtOrbSpinBoxVal64::valueChanged),
                            slider, [this](qlonglong v) { slider->setValue(static_cast<int>(v)); });

@@ -604,6 +604,13 @@ void TestSliders::sliderSpinBoxAnnouncesDragOnce()
     pair.spinBox()->setValue(7);
     QCOMPARE(numbers.count(), 2);
     QCOMPARE(pair.slider()->value(), 7);
+
+    // A release without a press (the slider released by code) must not
+    // leave the links doubled, or every change would be announced twice.
+    Q_EMIT pair.slider()->sliderReleased();
+    numbers.clear();
+    pair.spinBox()->setValue(9);
+    QCOMPARE(numbers.count(), 1);
 }
 
 void TestSliders::sliderSpinBoxLabels()
