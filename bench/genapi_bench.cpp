@@ -158,15 +158,7 @@ int main(int argc, char **argv)
     });
     CNodeMapRef map;
     map._LoadXMLFromString(xml.c_str());
-    std::vector<std::unique_ptr<CMemoryPort>> ports;
-    NodeList_t nodes;
-    map._GetNodes(nodes);
-    for (INode *node : nodes) {
-        if (node->GetPrincipalInterfaceType() == intfIPort) {
-            ports.push_back(std::make_unique<CMemoryPort>());
-            map._Connect(ports.back().get(), node->GetName());
-        }
-    }
+    const auto ports = ConnectMemoryPorts(map);
     size_t sink = 0;
     const double ourWalk = best(runs, [&] {
         map._InvalidateNodes();

@@ -39,15 +39,7 @@ int main(int argc, char **argv)
     }
     GenApi::CNodeMapRef map;
     map._LoadXMLFromFile(file.toUtf8().constData());
-    std::vector<std::unique_ptr<GenApi::CMemoryPort>> ports;
-    GenApi::NodeList_t nodes;
-    map._GetNodes(nodes);
-    for (GenApi::INode *node : nodes) {
-        if (node->GetPrincipalInterfaceType() == GenApi::intfIPort) {
-            ports.push_back(std::make_unique<GenApi::CMemoryPort>());
-            map._Connect(ports.back().get(), node->GetName());
-        }
-    }
+    const auto ports = GenApi::ConnectMemoryPorts(map);
 
     double bestBuild = 1e300, bestDisplay = 1e300;
     int rows = 0, cells = 0;

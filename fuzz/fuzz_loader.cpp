@@ -16,15 +16,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     } catch (const GenICam::GenericException &) {
         return 0;
     }
-    std::vector<std::unique_ptr<CMemoryPort>> ports;
+    const auto ports = ConnectMemoryPorts(map);
     NodeList_t nodes;
     map._GetNodes(nodes);
-    for (INode *node : nodes) {
-        if (node->GetPrincipalInterfaceType() == intfIPort) {
-            ports.push_back(std::make_unique<CMemoryPort>());
-            map._Connect(ports.back().get(), node->GetName());
-        }
-    }
     for (INode *node : nodes) {
         try {
             CValuePtr value(node);

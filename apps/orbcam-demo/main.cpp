@@ -79,14 +79,7 @@ int tree(QApplication &app, const QCommandLineParser &options)
                          e.GetDescription());
             return 2;
         }
-        GenApi::NodeList_t nodes;
-        map._GetNodes(nodes);
-        for (GenApi::INode *node : nodes) {
-            if (node->GetPrincipalInterfaceType() == GenApi::intfIPort) {
-                ports.push_back(std::make_unique<GenApi::CMemoryPort>());
-                map._Connect(ports.back().get(), node->GetName());
-            }
-        }
+        ports = GenApi::ConnectMemoryPorts(map);
         view = std::make_unique<OrbGui::OrbGenParamTreeView>(static_cast<GenApi::INodeMap *>(map));
         title = QStringLiteral("%1 (%2)").arg(QString::fromUtf8(map._GetModelName().c_str()), xml);
     } else {

@@ -30,6 +30,7 @@ public:
     public:
         MouseTracker(const GenParamDelegate *delegate, QWidget *editor);
         bool eventFilter(QObject *watched, QEvent *event) override;
+        const GenParamDelegate *delegate() const { return m_delegate; }
 
     private:
         const GenParamDelegate *m_delegate;

@@ -77,15 +77,7 @@ void tst_GenParamTreeModel::modelTester()
     QFETCH(QString, file);
     GenApi::CNodeMapRef map;
     map._LoadXMLFromFile(file.toUtf8().constData());
-    GenApi::NodeList_t nodes;
-    map._GetNodes(nodes);
-    std::vector<std::unique_ptr<GenApi::CMemoryPort>> ports;
-    for (GenApi::INode *node : nodes) {
-        if (node->GetPrincipalInterfaceType() == GenApi::intfIPort) {
-            ports.push_back(std::make_unique<GenApi::CMemoryPort>());
-            map._Connect(ports.back().get(), node->GetName());
-        }
-    }
+    const auto ports = GenApi::ConnectMemoryPorts(map);
     GenParamTreeModel model(static_cast<GenApi::INodeMap *>(map));
     CheckedModelTester tester(&model);
     QVERIFY(model.rowCount() > 0);

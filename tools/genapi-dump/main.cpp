@@ -110,15 +110,7 @@ int main(int argc, char **argv)
 
     // Every port gets its own zero-filled memory, so that features behind
     // transport-layer or chunk ports can be read as well.
-    std::vector<std::unique_ptr<CMemoryPort>> ports;
-    NodeList_t nodes;
-    map._GetNodes(nodes);
-    for (INode *node : nodes) {
-        if (node->GetPrincipalInterfaceType() != intfIPort)
-            continue;
-        ports.push_back(std::make_unique<CMemoryPort>());
-        map._Connect(ports.back().get(), node->GetName());
-    }
+    const auto ports = ConnectMemoryPorts(map);
 
     for (const auto &[name, value] : writes) {
         CValuePtr target(map._GetNode(name.c_str()));
@@ -138,6 +130,8 @@ int main(int argc, char **argv)
     if (INode *root = map._GetNode("Root")) {
         printTree(root, 0, path);
     } else {
+        NodeList_t nodes;
+        map._GetNodes(nodes);
         for (INode *node : nodes)
             if (node->IsFeature() || node->GetPrincipalInterfaceType() != intfIPort)
                 std::cout << describe(node) << '\n';

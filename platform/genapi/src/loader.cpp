@@ -21,7 +21,6 @@ class Loader {
 public:
     Loader(NodeMap &map, const char *buffer, size_t size, uint32_t skippedLines)
         : m_map(map)
-        , m_buffer(buffer)
         , m_skippedLines(skippedLines)
     {
         for (size_t i = 0; i < size; ++i)
@@ -253,7 +252,6 @@ private:
     }
 
     NodeMap &m_map;
-    const char *m_buffer;
     uint32_t m_skippedLines;
     std::vector<size_t> m_newlines;
     int m_inlineCount = 0;

@@ -100,4 +100,21 @@ uint64_t CMemoryPort::WriteCount() const
     return m_writes;
 }
 
+std::vector<std::unique_ptr<CMemoryPort>> ConnectMemoryPorts(INodeMap *nodeMap)
+{
+    std::vector<std::unique_ptr<CMemoryPort>> ports;
+    if (!nodeMap)
+        return ports;
+    NodeList_t nodes;
+    nodeMap->GetNodes(nodes);
+    for (INode *node : nodes) {
+        if (node->GetPrincipalInterfaceType() != intfIPort)
+            continue;
+        auto port = std::make_unique<CMemoryPort>();
+        if (nodeMap->Connect(port.get(), node->GetName()))
+            ports.push_back(std::move(port));
+    }
+    return ports;
+}
+
 } // namespace GenApi_3_0

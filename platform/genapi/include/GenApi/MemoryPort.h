@@ -47,6 +47,13 @@ private:
     uint64_t m_writes = 0;
 };
 
+// Connects a fresh zero-filled CMemoryPort to every port node of `nodeMap`
+// (device, transport-layer and chunk ports alike), so that a description
+// can be explored without a camera. The caller owns the returned ports and
+// keeps them alive while the node map is used. Never throws for a port that
+// will not connect; it is simply left out. nodeMap may be null (no ports).
+GENAPI_DECL std::vector<std::unique_ptr<CMemoryPort>> ConnectMemoryPorts(INodeMap *nodeMap);
+
 } // namespace GenApi_3_0
 
 #endif

@@ -93,7 +93,11 @@ private:
     const char *m_type;
 };
 
-GCBASE_API std::string FormatExceptionText(const char *format, va_list args);
+#if defined(__GNUC__)
+__attribute__((format(printf, 1, 0)))
+#endif
+GCBASE_API std::string
+FormatExceptionText(const char *format, va_list args);
 
 template <class E> E ExceptionReporter<E>::Report(const char *format, ...) const
 {
