@@ -3,6 +3,8 @@
 
 #include <OrbCam/OrbCamSim.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -19,7 +21,20 @@ struct Global {
 
 // Apart from the rest: models are loaded while the global lock is held.
 std::mutex g_dirMutex;
-std::string g_camerasDir = ORBCAM_CAMERAS_DIR;
+// The models of a source build, unless they are gone (an installed library
+// whose source tree was removed); ORBCAM_CAMERAS_DIR in the environment wins.
+std::string defaultCamerasDir()
+{
+    if (const char *fromEnvironment = std::getenv("ORBCAM_CAMERAS_DIR");
+        fromEnvironment && *fromEnvironment)
+        return fromEnvironment;
+    std::error_code ignored;
+    if (std::filesystem::is_directory(ORBCAM_CAMERAS_DIR, ignored))
+        return ORBCAM_CAMERAS_DIR;
+    return ORBCAM_INSTALLED_CAMERAS_DIR;
+}
+
+std::string g_camerasDir = defaultCamerasDir();
 
 Global &global()
 {

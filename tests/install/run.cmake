@@ -1,0 +1,34 @@
+# Installs the build into a fresh prefix, builds the consumer against it and
+# runs it on the installed camera models.
+#   cmake -DBUILD_DIR=... -DWORK_DIR=... -DCONSUMER_DIR=... -DCXX_FLAGS=... -P run.cmake
+file(REMOVE_RECURSE ${WORK_DIR})
+set(prefix ${WORK_DIR}/prefix)
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix}
+    RESULT_VARIABLE failed OUTPUT_QUIET)
+if(failed)
+    message(FATAL_ERROR "install failed")
+endif()
+foreach(expected
+        include/GenApi/GenApi.h include/OrbCam/OrbCam.h include/OrbGui/orbgenparamtreeview.h
+        share/orbcam/cameras/orbsim-c2000.xml lib/cmake/OrbCameraGuiApi/OrbCameraGuiApiConfig.cmake)
+    if(NOT EXISTS ${prefix}/${expected})
+        message(FATAL_ERROR "not installed: ${expected}")
+    endif()
+endforeach()
+execute_process(COMMAND ${CMAKE_COMMAND} -S ${CONSUMER_DIR} -B ${WORK_DIR}/build
+        -DCMAKE_PREFIX_PATH=${prefix} "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}"
+        "-DCMAKE_EXE_LINKER_FLAGS=${CXX_FLAGS}"
+    RESULT_VARIABLE failed)
+if(failed)
+    message(FATAL_ERROR "the consumer does not configure against the package")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${WORK_DIR}/build RESULT_VARIABLE failed)
+if(failed)
+    message(FATAL_ERROR "the consumer does not build against the package")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen
+        ORBCAM_CAMERAS_DIR=${prefix}/share/orbcam/cameras ${WORK_DIR}/build/orb-consumer
+    RESULT_VARIABLE failed)
+if(failed)
+    message(FATAL_ERROR "the consumer failed: ${failed}")
+endif()
