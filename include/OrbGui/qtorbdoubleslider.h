@@ -52,6 +52,8 @@ public:
     void setOrientation(Qt::Orientation orientation);
     bool hasTracking() const;
     void setTracking(bool tracking);
+    // The parts, owned by this widget; the inner slider counts steps from the
+    // minimum, so set values through this widget, not through slider().
     QLabel *maxLabel() const;
     QLabel *minLabel() const;
     QSlider *slider() const;

@@ -48,7 +48,8 @@ public:
     void setLeftLabelText(const QString &text);
     QString topLabelText() const;
     void setTopLabelText(const QString &text);
-    // The labels are made on first use; null before.
+    // The parts, owned by this widget, for hosts that style them; the labels
+    // are made on first use and null before.
     QLabel *leftLabel() const;
     QLabel *topLabel() const;
     QtOrbSpinBoxVal *spinBox() const;

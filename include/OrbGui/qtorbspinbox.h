@@ -66,7 +66,8 @@ public:
     void resizeSlider(const QSize &size);
     void setSliderOrientation(Qt::Orientation orientation);
 
-    // The parts, for hosts that style them; the labels are null until used.
+    // The parts, owned by this widget (the pop-up slider too), for hosts that
+    // style them; the labels are null until used.
     QLabel *leftLabel() const;
     QLabel *topLabel() const;
     QtOrbSpinBoxVal64 *spinBox() const;
