@@ -93,6 +93,15 @@ struct Fixture {
         QTest::mouseDClick(tree()->viewport(), Qt::LeftButton, Qt::NoModifier, at);
     }
     QWidget *editor(const QModelIndex &index) const { return tree()->indexWidget(index); }
+    // Opens the editor of a feature's value cell as a user does; null when
+    // the editor is not a T.
+    template <class T> T *openEditor(const QString &name, QModelIndex *cell)
+    {
+        tree()->expandAll();
+        *cell = value(name);
+        doubleClick(*cell);
+        return qobject_cast<T *>(editor(*cell));
+    }
     QStringList visibleNames(const QModelIndex &parent = QModelIndex()) const
     {
         QStringList names;
@@ -180,10 +189,8 @@ void tst_OrbGenParamTreeView::typeAndEnterWrites()
 {
     Fixture f;
     QVERIFY(f.show());
-    f.tree()->expandAll();
-    const QModelIndex cell = f.value(QStringLiteral("ExposureTime"));
-    f.doubleClick(cell);
-    auto *spin = qobject_cast<QtOrbSpinBoxVal64 *>(f.editor(cell));
+    QModelIndex cell;
+    auto *spin = f.openEditor<QtOrbSpinBoxVal64>(QStringLiteral("ExposureTime"), &cell);
     QVERIFY(spin);
     spin->selectAll();
     QTest::keyClicks(spin, QStringLiteral("1234"));
@@ -199,10 +206,8 @@ void tst_OrbGenParamTreeView::clickElsewhereCommitsTheSpinBox()
 {
     Fixture f;
     QVERIFY(f.show());
-    f.tree()->expandAll();
-    const QModelIndex cell = f.value(QStringLiteral("ExposureTime"));
-    f.doubleClick(cell);
-    auto *spin = qobject_cast<QtOrbSpinBoxVal64 *>(f.editor(cell));
+    QModelIndex cell;
+    auto *spin = f.openEditor<QtOrbSpinBoxVal64>(QStringLiteral("ExposureTime"), &cell);
     QVERIFY(spin);
     spin->selectAll();
     QTest::keyClicks(spin, QStringLiteral("500"));
@@ -217,10 +222,8 @@ void tst_OrbGenParamTreeView::comboChoiceWritesAtOnce()
 {
     Fixture f;
     QVERIFY(f.show());
-    f.tree()->expandAll();
-    const QModelIndex cell = f.value(QStringLiteral("AnalogGain"));
-    f.doubleClick(cell);
-    auto *combo = qobject_cast<QComboBox *>(f.editor(cell));
+    QModelIndex cell;
+    auto *combo = f.openEditor<QComboBox>(QStringLiteral("AnalogGain"), &cell);
     QVERIFY(combo);
     QCOMPARE(combo->currentText(), QStringLiteral("Gain1x"));
     QTest::keyClick(combo, Qt::Key_Down);
@@ -235,15 +238,13 @@ void tst_OrbGenParamTreeView::commandExecutesOncePerClickAndNeverOnClose()
 {
     Fixture f;
     QVERIFY(f.show());
-    f.tree()->expandAll();
-    const QModelIndex cell = f.value(QStringLiteral("AcquisitionStart"));
+    QModelIndex cell;
     auto commandWrites = [&f] {
         uint32_t v = 0;
         f.port.Read(&v, 0x110, 4);
         return v;
     };
-    f.doubleClick(cell);
-    auto *button = qobject_cast<QPushButton *>(f.editor(cell));
+    auto *button = f.openEditor<QPushButton>(QStringLiteral("AcquisitionStart"), &cell);
     QVERIFY(button);
     const uint64_t before = f.port.WriteCount();
     QTest::mouseClick(button, Qt::LeftButton);
@@ -262,10 +263,8 @@ void tst_OrbGenParamTreeView::lineEditForAddresses()
 {
     Fixture f;
     QVERIFY(f.show());
-    f.tree()->expandAll();
-    const QModelIndex cell = f.value(QStringLiteral("GevCurrentIPAddress"));
-    f.doubleClick(cell);
-    auto *edit = qobject_cast<QLineEdit *>(f.editor(cell));
+    QModelIndex cell;
+    auto *edit = f.openEditor<QLineEdit>(QStringLiteral("GevCurrentIPAddress"), &cell);
     QVERIFY(edit);
     QCOMPARE(edit->text(), QStringLiteral("0.0.0.0"));
     edit->selectAll();
