@@ -1,3 +1,4 @@
+#include "orbcam/orbcamtest.h"
 #include "modeltest.h"
 
 #include <OrbCam/OrbCam.h>
@@ -515,23 +516,21 @@ void tst_GenParamTreeModel::whatsThis()
 
 void tst_GenParamTreeModel::readErrorAppearsOnceAndDisappearsOnce()
 {
-    OrbCam::System *system = OrbCam_GetSystem();
-    OrbCam::Interface *gev = system->GetInterfaces(2)->First();
-    gev->UpdateDeviceList(nullptr, 200);
-    OrbCam::DeviceInfoList *infos = gev->GetDeviceInfoList();
-    OrbCam::Device *camera = OrbCam_CreateDevice(infos->First(), OrbCam::AccessControl, 0);
-    infos->Release();
-    QVERIFY(camera);
+    OrbCamTest::SystemRef sim;
+    const auto cameras = sim.cameras("GEV0");
+    QVERIFY(!cameras.empty());
+    OrbCamTest::DeviceRef camera(cameras.front());
+    QVERIFY(camera.device);
     {
-        GenParamTreeModel model(camera->GetParams());
+        GenParamTreeModel model(camera.device->GetParams());
         const QModelIndex cell = valueCell(model, QStringLiteral("Frame_BlackLevel"));
         QVERIFY(cell.isValid());
         QSignalSpy appeared(&model, &GenParamTreeModel::errorAppeared);
         QSignalSpy disappeared(&model, &GenParamTreeModel::errorDisappeared);
-        QCOMPARE(OrbCamSim::FailFeature(camera->GetInfo()->GetID(), "Frame_BlackLevel",
+        QCOMPARE(OrbCamSim::FailFeature(camera.device->GetInfo()->GetID(), "Frame_BlackLevel",
                                         OrbCamSim::FailRead),
                  OrbCamOk);
-        camera->GetParams()->GetNodeMap()->InvalidateNodes();
+        camera.device->GetParams()->GetNodeMap()->InvalidateNodes();
         const QString shown = cell.data().toString();
         QVERIFY2(
             shown.contains(QStringLiteral("simulated read failure of feature 'Frame_BlackLevel'")),
@@ -546,15 +545,13 @@ void tst_GenParamTreeModel::readErrorAppearsOnceAndDisappearsOnce()
         QCOMPARE(cell.data(Qt::ToolTipRole).toString(), shown);
         QVERIFY(model.errors().hasErrors(QStringLiteral("Frame_BlackLevel")));
 
-        OrbCamSim::ClearFailures(camera->GetInfo()->GetID());
+        OrbCamSim::ClearFailures(camera.device->GetInfo()->GetID());
         QCOMPARE(cell.data().toString(), QStringLiteral("16"));
         cell.data();
         QCOMPARE(disappeared.count(), 1);
         QCOMPARE(disappeared.at(0).at(2).toInt(), int(Qt::DisplayRole));
         QVERIFY(!cell.sibling(cell.row(), 0).data(Qt::ForegroundRole).isValid());
     }
-    OrbCam_ReleaseDevice(camera);
-    OrbCam_ReleaseSystem(system);
 }
 
 void tst_GenParamTreeModel::writeErrorIsId256()
@@ -659,14 +656,13 @@ void tst_GenParamTreeModel::callbacksStopWithTheModel()
 
 void tst_GenParamTreeModel::arrayConstructor()
 {
-    OrbCam::System *system = OrbCam_GetSystem();
-    OrbCam::Interface *usb = system->GetInterfaces(1)->First();
-    usb->UpdateDeviceList(nullptr, 200);
-    OrbCam::DeviceInfoList *infos = usb->GetDeviceInfoList();
-    OrbCam::Device *camera = OrbCam_CreateDevice(infos->First(), OrbCam::AccessControl, 0);
-    infos->Release();
+    OrbCamTest::SystemRef sim;
+    const auto cameras = sim.cameras("U3V0");
+    QVERIFY(!cameras.empty());
+    OrbCamTest::DeviceRef camera(cameras.front());
+    QVERIFY(camera.device);
     {
-        GenParamTreeModel model(camera->GetParams());
+        GenParamTreeModel model(camera.device->GetParams());
         CheckedModelTester tester(&model);
         QCOMPARE(tester.findings(), QStringList());
         QCOMPARE(valueCell(model, QStringLiteral("DeviceSerialNumber")).data().toString(),
@@ -675,8 +671,6 @@ void tst_GenParamTreeModel::arrayConstructor()
                  QStringLiteral("2.5dB"));
         QVERIFY(!find(model, QStringLiteral("FrameAB_Selector")).isValid());
     }
-    OrbCam_ReleaseDevice(camera);
-    OrbCam_ReleaseSystem(system);
 }
 
 QTEST_MAIN(tst_GenParamTreeModel)

@@ -1,4 +1,6 @@
 // The plain entry points, in a process that starts without a QApplication.
+#include "orbcam/orbcamtest.h"
+
 #include <GenApi/GenApi.h>
 #include <OrbCam/OrbCam.h>
 #include <OrbGui/orbgenparamtreeview.h>
@@ -101,17 +103,15 @@ void tst_FlatApi::foreignParentWindow()
 
 void tst_FlatApi::arrayForms()
 {
-    OrbCam::System *system = OrbCam_GetSystem();
-    OrbCam::Interface *usb = system->GetInterfaces(1)->First();
-    usb->UpdateDeviceList(nullptr, 200);
-    OrbCam::DeviceInfoList *infos = usb->GetDeviceInfoList();
-    OrbCam::Device *camera = OrbCam_CreateDevice(infos->First(), OrbCam::AccessControl, 0);
-    infos->Release();
-    QVERIFY(camera);
+    OrbCamTest::SystemRef sim;
+    const auto cameras = sim.cameras("U3V0");
+    QVERIFY(!cameras.empty());
+    OrbCamTest::DeviceRef camera(cameras.front());
+    QVERIFY(camera.device);
     OrbGui::IOrbGenParamTreeView *a
-        = CreateGenParamTreeViewForArrayA(camera->GetParams(), "Array", 0);
+        = CreateGenParamTreeViewForArrayA(camera.device->GetParams(), "Array", 0);
     OrbGui::IOrbGenParamTreeView *w
-        = CreateGenParamTreeViewForArrayW(camera->GetParams(), L"Array", 0);
+        = CreateGenParamTreeViewForArrayW(camera.device->GetParams(), L"Array", 0);
     QCOMPARE(asDialog(a)->windowTitle(), QStringLiteral("Array"));
     QVERIFY(static_cast<OrbGui::OrbGenParamTreeView *>(asDialog(w))->treeView()->model()->rowCount()
             > 0);
@@ -119,8 +119,6 @@ void tst_FlatApi::arrayForms()
     QCOMPARE(a->visibility(), OrbGui::Guru);
     DestroyGenParamTreeView(a);
     DestroyGenParamTreeView(w);
-    OrbCam_ReleaseDevice(camera);
-    OrbCam_ReleaseSystem(system);
 }
 
 void tst_FlatApi::destroyNullIsHarmless()

@@ -1,6 +1,7 @@
 // The parameter tree view by hand: editing through the delegate, filters,
 // the visibility level, the description pane, polling, errors and the saved
 // state, with real input events on the X server.
+#include "orbcam/orbcamtest.h"
 #include "genparam/genparamtreemodel.h"
 
 #include <GenApi/GenApi.h>
@@ -278,16 +279,14 @@ void tst_OrbGenParamTreeView::lineEditForAddresses()
 
 void tst_OrbGenParamTreeView::failedWriteShowsAndClears()
 {
-    OrbCam::System *system = OrbCam_GetSystem();
-    OrbCam::Interface *gev = system->GetInterfaces(2)->First();
-    gev->UpdateDeviceList(nullptr, 200);
-    OrbCam::DeviceInfoList *infos = gev->GetDeviceInfoList();
-    OrbCam::Device *camera = OrbCam_CreateDevice(infos->First(), OrbCam::AccessControl, 0);
-    infos->Release();
-    QVERIFY(camera);
-    const std::string id = camera->GetInfo()->GetID();
+    OrbCamTest::SystemRef sim;
+    const auto cameras = sim.cameras("GEV0");
+    QVERIFY(!cameras.empty());
+    OrbCamTest::DeviceRef camera(cameras.front());
+    QVERIFY(camera.device);
+    const std::string id = camera.device->GetInfo()->GetID();
     {
-        OrbGenParamTreeView view(camera->GetParams());
+        OrbGenParamTreeView view(camera.device->GetParams());
         view.resize(600, 700);
         view.show();
         view.activateWindow();
@@ -345,8 +344,6 @@ void tst_OrbGenParamTreeView::failedWriteShowsAndClears()
         QTest::mouseClick(status, Qt::LeftButton);
         QCOMPARE(listed, QStringLiteral("No Errors"));
     }
-    OrbCam_ReleaseDevice(camera);
-    OrbCam_ReleaseSystem(system);
 }
 
 void tst_OrbGenParamTreeView::filterText_data()
