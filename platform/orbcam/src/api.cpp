@@ -34,7 +34,9 @@ std::string defaultCamerasDir()
     return ORBCAM_INSTALLED_CAMERAS_DIR;
 }
 
-std::string g_camerasDir = defaultCamerasDir();
+// Empty until first asked for: the default is looked up then, not while
+// every program that links the library is starting.
+std::string g_camerasDir;
 
 Global &global()
 {
@@ -198,6 +200,8 @@ OrbCamErr Reset()
 std::string CamerasDir()
 {
     std::lock_guard<std::mutex> lock(g_dirMutex);
+    if (g_camerasDir.empty())
+        g_camerasDir = defaultCamerasDir();
     return g_camerasDir;
 }
 
