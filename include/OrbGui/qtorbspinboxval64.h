@@ -69,6 +69,13 @@ public:
     bool buttonTracking() const;
     void setButtonTracking(bool tracking);
 
+    // Commits the typed text as Enter does (snapped when validateStepping is
+    // on) and returns true. Text that does not parse or lies outside the
+    // range is not committed: the text of the current value comes back and
+    // false is returned. For a host that must take what was typed before it
+    // closes the editor (an item delegate's setModelData, for instance).
+    bool commitText();
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

@@ -73,12 +73,7 @@ ERepresentation FixIntegerRepresentation(IInteger *integer, const GenICam::gcstr
 
 QString ipText(int64_t value)
 {
-    const quint32 v = static_cast<quint32>(value);
-    return QStringLiteral("%1.%2.%3.%4")
-        .arg((v >> 24) & 0xFF)
-        .arg((v >> 16) & 0xFF)
-        .arg((v >> 8) & 0xFF)
-        .arg(v & 0xFF);
+    return IP4Validator::getIpStr(static_cast<quint32>(value));
 }
 
 QString macText(int64_t value)

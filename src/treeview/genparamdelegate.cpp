@@ -12,28 +12,6 @@
 
 namespace OrbGui {
 
-namespace {
-
-// The spin box commits typed text on Enter through its own event filter,
-// which the view's filter on the editor runs before; take the text here so
-// that what the user typed is what gets written.
-void takeTypedText(QtOrbSpinBoxVal64 *spin)
-{
-    const QString text = spin->text();
-    const int length = text.size() - spin->prefix().size() - spin->suffix().size();
-    if (length <= 0)
-        return;
-    QString number = text.mid(spin->prefix().size(), length);
-    if (spin->displayIntegerBase() == 10)
-        number.remove(spin->locale().groupSeparator());
-    bool ok = false;
-    const qlonglong value = number.toLongLong(&ok, spin->displayIntegerBase());
-    if (ok && value != spin->value())
-        spin->setValue(value);
-}
-
-} // namespace
-
 GenParamDelegate::GenParamDelegate(QObject *parent)
     : QStyledItemDelegate(parent)
 {
@@ -149,7 +127,10 @@ void GenParamDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
     if (auto *combo = qobject_cast<QComboBox *>(editor)) {
         model->setData(index, combo->currentData(Qt::UserRole), Qt::EditRole);
     } else if (auto *spin = qobject_cast<QtOrbSpinBoxVal64 *>(editor)) {
-        takeTypedText(spin);
+        // The spin box commits typed text on Enter through its own event
+        // filter, which the view's filter on the editor runs before; commit
+        // it here so that what the user typed is what gets written.
+        spin->commitText();
         model->setData(index, QVariant::fromValue<qlonglong>(spin->value()), Qt::EditRole);
     } else if (auto *doubleSpin = qobject_cast<QDoubleSpinBox *>(editor)) {
         doubleSpin->interpretText();

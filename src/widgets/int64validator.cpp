@@ -33,9 +33,14 @@ QValidator::State Int64Validator::validate(QString &input, int &) const
     }
     if (m_top < 0) {
         // A positive entry short of the magnitude of the bottom may still
-        // become valid by a leading minus sign.
+        // become valid by a leading minus sign. The magnitude is taken in
+        // unsigned arithmetic: the smallest 64-bit value has no positive
+        // counterpart.
         if (value > m_top)
-            return (value <= -m_bottom) ? Intermediate : Invalid;
+            return (value < 0
+                    || static_cast<quint64>(value) <= quint64(0) - static_cast<quint64>(m_bottom))
+                ? Intermediate
+                : Invalid;
         return value < m_bottom ? Invalid : Acceptable;
     }
     if (value > m_top || value < m_bottom)

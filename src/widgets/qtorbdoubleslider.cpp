@@ -1,18 +1,13 @@
 #include <OrbGui/qtorbdoubleslider.h>
 
-#include "sliderframe.h"
+#include "sliderframe_p.h"
 #include "snapping.h"
-
-#include <QBoxLayout>
-#include <QEvent>
-#include <QLabel>
-#include <QSlider>
 
 #include <cmath>
 
 namespace OrbGui {
 
-class QtOrbDoubleSliderPrivate {
+class QtOrbDoubleSliderPrivate : public SliderFramePrivate {
     Q_DECLARE_PUBLIC(QtOrbDoubleSlider)
 
 public:
@@ -20,8 +15,6 @@ public:
         : q_ptr(q)
     {
     }
-    void init(Qt::Orientation o);
-    void buildLayout();
     double snap(double v) const
     {
         return validate ? snapToGrid(v, minimum, maximum, singleStep) : v;
@@ -37,49 +30,19 @@ public:
     }
     double valueFromPosition(int position) const;
     int positionFromValue(double value) const;
-    void rebuild(double value);
     void rebuildPositions();
-    void keep(double value);
-    void place(double value);
+    // Moves the handle to the value's position and announces a new value.
+    void showValue(double value);
+    void positionChanged(int position) override;
     void updateLabels();
 
     QtOrbDoubleSlider *const q_ptr;
-    QLabel *labelMax = nullptr;
-    QLabel *labelMin = nullptr;
-    QSlider *slider = nullptr;
-    Qt::Orientation orientation = Qt::Vertical;
-    bool validate = false;
     int decimals = 2;
     double minimum = 0;
     double maximum = 100;
     double singleStep = 1;
     double lastValue = 0;
-    QMetaObject::Connection positionLink;
 };
-
-void QtOrbDoubleSliderPrivate::init(Qt::Orientation o)
-{
-    Q_Q(QtOrbDoubleSlider);
-    orientation = o;
-    labelMax = new QLabel(q);
-    labelMax->setObjectName(QStringLiteral("labelMax"));
-    labelMin = new QLabel(q);
-    labelMin->setObjectName(QStringLiteral("labelMin"));
-    slider = new QSlider(o, q);
-    slider->setObjectName(QStringLiteral("slider"));
-    slider->installEventFilter(q);
-    buildLayout();
-    QObject::connect(slider, &QSlider::sliderPressed, q, &QtOrbDoubleSlider::sliderPressed);
-    QObject::connect(slider, &QSlider::sliderMoved, q, &QtOrbDoubleSlider::sliderMoved);
-    QObject::connect(slider, &QSlider::sliderReleased, q, &QtOrbDoubleSlider::sliderReleased);
-    rebuild(0);
-    updateLabels();
-}
-
-void QtOrbDoubleSliderPrivate::buildLayout()
-{
-    layOutSliderFrame(q_ptr, slider, labelMin, labelMax, orientation);
-}
 
 double QtOrbDoubleSliderPrivate::valueFromPosition(int position) const
 {
@@ -99,46 +62,33 @@ int QtOrbDoubleSliderPrivate::positionFromValue(double value) const
     return static_cast<int>((snap(value) - minimum) / positionStep() + 0.5);
 }
 
-void QtOrbDoubleSliderPrivate::place(double value)
+void QtOrbDoubleSliderPrivate::showValue(double value)
 {
-    QObject::disconnect(positionLink);
-    slider->setValue(positionFromValue(value));
-    positionLink = QObject::connect(slider, &QSlider::valueChanged, q_ptr, [this](int position) {
-        const double v = valueFromPosition(position);
-        if (v != lastValue) {
-            lastValue = v;
-            Q_EMIT q_ptr->valueChanged(v);
-        }
-    });
+    Q_Q(QtOrbDoubleSlider);
+    moveHandle(positionFromValue(value));
+    if (value != lastValue) {
+        lastValue = value;
+        Q_EMIT q->valueChanged(value);
+    }
+}
+
+void QtOrbDoubleSliderPrivate::positionChanged(int position)
+{
+    Q_Q(QtOrbDoubleSlider);
+    const double v = valueFromPosition(position);
+    if (v != lastValue) {
+        lastValue = v;
+        Q_EMIT q->valueChanged(v);
+    }
 }
 
 void QtOrbDoubleSliderPrivate::rebuildPositions()
 {
-    QObject::disconnect(positionLink);
     const double step = positionStep();
     int n = static_cast<int>((maximum - minimum) / step + 0.5);
     if (maximum > minimum + step * n)
         ++n; // the last partial step still reaches the maximum
-    slider->setRange(0, qMax(0, n));
-}
-
-// Puts the value back after the positions changed; it survives unless it
-// left the range.
-void QtOrbDoubleSliderPrivate::keep(double value)
-{
-    Q_Q(QtOrbDoubleSlider);
-    const double kept = qBound(minimum, value, maximum);
-    place(kept);
-    if (kept != lastValue) {
-        lastValue = kept;
-        Q_EMIT q->valueChanged(kept);
-    }
-}
-
-void QtOrbDoubleSliderPrivate::rebuild(double value)
-{
-    rebuildPositions();
-    keep(value);
+    setPositions(0, qMax(0, n));
 }
 
 void QtOrbDoubleSliderPrivate::updateLabels()
@@ -157,23 +107,15 @@ QtOrbDoubleSlider::QtOrbDoubleSlider(Qt::Orientation orientation, QWidget *paren
     , d_ptr(new QtOrbDoubleSliderPrivate(this))
 {
     Q_D(QtOrbDoubleSlider);
-    d->init(orientation);
+    d->initFrame(this, orientation);
+    d->rebuildPositions();
+    d->showValue(0);
+    d->updateLabels();
 }
 
 QtOrbDoubleSlider::~QtOrbDoubleSlider()
 {
-    Q_D(QtOrbDoubleSlider);
-    QObject::disconnect(d->positionLink);
-    d->slider->removeEventFilter(this);
-}
-
-double QtOrbDoubleSlider::value() const
-{
-    return d_func()->lastValue;
-}
-double QtOrbDoubleSlider::singleStep() const
-{
-    return d_func()->singleStep;
+    d_func()->detach();
 }
 
 void QtOrbDoubleSlider::setSingleStep(double step)
@@ -181,34 +123,9 @@ void QtOrbDoubleSlider::setSingleStep(double step)
     Q_D(QtOrbDoubleSlider);
     if (!(step > 0) || step == d->singleStep)
         return;
-    const double current = d->lastValue;
     d->singleStep = step;
-    d->rebuild(current);
-}
-
-bool QtOrbDoubleSlider::validate() const
-{
-    return d_func()->validate;
-}
-void QtOrbDoubleSlider::setValidate(bool validate)
-{
-    d_func()->validate = validate;
-}
-double QtOrbDoubleSlider::minimum() const
-{
-    return d_func()->minimum;
-}
-void QtOrbDoubleSlider::setMinimum(double minimum)
-{
-    setRange(minimum, qMax(minimum, maximum()));
-}
-double QtOrbDoubleSlider::maximum() const
-{
-    return d_func()->maximum;
-}
-void QtOrbDoubleSlider::setMaximum(double maximum)
-{
-    setRange(qMin(minimum(), maximum), maximum);
+    d->rebuildPositions();
+    d->showValue(d->lastValue);
 }
 
 void QtOrbDoubleSlider::setRange(double min, double max)
@@ -217,24 +134,19 @@ void QtOrbDoubleSlider::setRange(double min, double max)
     max = qMax(min, max);
     if (min == d->minimum && max == d->maximum)
         return;
-    const double current = d->lastValue;
     d->minimum = min;
     d->maximum = max;
     d->updateLabels();
     d->rebuildPositions();
     Q_EMIT rangeChanged(min, max);
-    d->keep(current);
+    // The value survives unless it left the range.
+    d->showValue(qBound(min, d->lastValue, max));
 }
 
 void QtOrbDoubleSlider::setValue(double value)
 {
     Q_D(QtOrbDoubleSlider);
-    const double next = qBound(d->minimum, d->snap(value), d->maximum);
-    d->place(next);
-    if (next != d->lastValue) {
-        d->lastValue = next;
-        Q_EMIT valueChanged(next);
-    }
+    d->showValue(qBound(d->minimum, d->snap(value), d->maximum));
 }
 
 int QtOrbDoubleSlider::decimals() const
@@ -249,65 +161,6 @@ void QtOrbDoubleSlider::setDecimals(int decimals)
     d->updateLabels();
 }
 
-bool QtOrbDoubleSlider::isMaxLabelVisiable() const
-{
-    return !d_func()->labelMax->isHidden();
-}
-void QtOrbDoubleSlider::setMaxLabelVisiable(bool visible)
-{
-    d_func()->labelMax->setVisible(visible);
-}
-bool QtOrbDoubleSlider::isMinLabelVisiable() const
-{
-    return !d_func()->labelMin->isHidden();
-}
-void QtOrbDoubleSlider::setMinLabelVisiable(bool visible)
-{
-    d_func()->labelMin->setVisible(visible);
-}
-Qt::Orientation QtOrbDoubleSlider::orientation() const
-{
-    return d_func()->orientation;
-}
-
-void QtOrbDoubleSlider::setOrientation(Qt::Orientation orientation)
-{
-    Q_D(QtOrbDoubleSlider);
-    if (orientation == d->orientation)
-        return;
-    d->orientation = orientation;
-    d->buildLayout();
-}
-
-bool QtOrbDoubleSlider::hasTracking() const
-{
-    return d_func()->slider->hasTracking();
-}
-void QtOrbDoubleSlider::setTracking(bool tracking)
-{
-    d_func()->slider->setTracking(tracking);
-}
-QLabel *QtOrbDoubleSlider::maxLabel() const
-{
-    return d_func()->labelMax;
-}
-QLabel *QtOrbDoubleSlider::minLabel() const
-{
-    return d_func()->labelMin;
-}
-QSlider *QtOrbDoubleSlider::slider() const
-{
-    return d_func()->slider;
-}
-
-bool QtOrbDoubleSlider::eventFilter(QObject *watched, QEvent *event)
-{
-    Q_D(QtOrbDoubleSlider);
-    if (watched == d->slider && event->type() == QEvent::FocusOut) {
-        Q_EMIT focusOut();
-        return true;
-    }
-    return QFrame::eventFilter(watched, event);
-}
+ORB_DEFINE_SLIDER_FRAME_MEMBERS(QtOrbDoubleSlider, double)
 
 } // namespace OrbGui

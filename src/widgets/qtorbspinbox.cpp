@@ -2,7 +2,7 @@
 #include <OrbGui/qtorbspinbox.h>
 #include <OrbGui/qtorbspinboxval64.h>
 
-#include "captionlabel.h"
+#include "compoundvalue_p.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -11,7 +11,7 @@
 
 namespace OrbGui {
 
-class QtOrbSpinBoxPrivate {
+class QtOrbSpinBoxPrivate : public CompoundValuePrivate {
     Q_DECLARE_PUBLIC(QtOrbSpinBox)
 
 public:
@@ -20,26 +20,24 @@ public:
     {
     }
     void init(Qt::Orientation orientation);
-    void link();
-    void unlink();
     void popUp();
 
     QtOrbSpinBox *const q_ptr;
-    QVBoxLayout *layoutV = nullptr;
-    QHBoxLayout *layoutH = nullptr;
     QHBoxLayout *layoutHH = nullptr;
     QtOrbSpinBoxVal64 *spinbox = nullptr;
     QToolButton *button = nullptr;
     QtOrbSlider *slider = nullptr;
-    QLabel *labelLeft = nullptr;
-    QLabel *labelUpper = nullptr;
     bool buttonWanted = true;
-    QMetaObject::Connection toSlider, toNumber;
+
+protected:
+    QVector<QMetaObject::Connection> makeLinks() override;
+    void announce() override;
 };
 
 void QtOrbSpinBoxPrivate::init(Qt::Orientation orientation)
 {
     Q_Q(QtOrbSpinBox);
+    initRows(q);
     spinbox = new QtOrbSpinBoxVal64(q);
     spinbox->setObjectName(QStringLiteral("spinbox"));
     spinbox->setAccelerated(true);
@@ -47,19 +45,12 @@ void QtOrbSpinBoxPrivate::init(Qt::Orientation orientation)
     button = new QToolButton(q);
     button->setObjectName(QStringLiteral("button"));
     button->setText(orientation == Qt::Horizontal ? QStringLiteral(">") : QStringLiteral("^"));
-    // A pop-up window of its own: no parent widget, so it is deleted here.
+    // A pop-up window of its own, still a child of q, so it is deleted with it.
     slider = new QtOrbSlider(orientation, q);
     slider->setObjectName(QStringLiteral("slider"));
     slider->setWindowFlags(Qt::Popup);
     slider->resize(orientation == Qt::Horizontal ? QSize(100, 20) : QSize(20, 100));
 
-    layoutV = new QVBoxLayout(q);
-    layoutV->setObjectName(QStringLiteral("layoutV"));
-    layoutV->setContentsMargins(0, 0, 0, 0);
-    layoutH = new QHBoxLayout;
-    layoutH->setObjectName(QStringLiteral("layoutH"));
-    layoutH->setSpacing(6);
-    layoutH->setContentsMargins(0, 0, 0, 0);
     layoutHH = new QHBoxLayout;
     layoutHH->setObjectName(QStringLiteral("layoutHH"));
     layoutHH->setSpacing(0);
@@ -67,7 +58,6 @@ void QtOrbSpinBoxPrivate::init(Qt::Orientation orientation)
     layoutHH->addWidget(spinbox, 1);
     layoutHH->addWidget(button);
     layoutH->addLayout(layoutHH);
-    layoutV->addLayout(layoutH);
 
     QObject::connect(slider, &QtOrbSlider::focusOut, slider, &QWidget::hide);
     QObject::connect(slider, &QtOrbSlider::rangeChanged, q, [this](int min, int max) {
@@ -76,41 +66,31 @@ void QtOrbSpinBoxPrivate::init(Qt::Orientation orientation)
     });
     QObject::connect(slider, &QtOrbSlider::valueChanged, spinbox,
                      [this](int v) { spinbox->setValue(v); });
-    link();
-    QObject::connect(spinbox, QOverload<const QString &>::of(&QtOrbSpinBoxVal64::valueChanged), q,
-                     QOverload<const QString &>::of(&QtOrbSpinBox::valueChanged));
-    QObject::connect(slider, &QtOrbSlider::sliderPressed, q, [this] { unlink(); });
-    QObject::connect(slider, &QtOrbSlider::sliderReleased, q, [this] {
-        link();
-        if (slider->value() == spinbox->value()) {
-            // Announce the final value once, through the box's own signals.
-            Q_EMIT spinbox->valueChanged(spinbox->value());
-            Q_EMIT spinbox->valueChanged(spinbox->text());
-        } else {
-            spinbox->setValue(slider->value());
-        }
-    });
+    followDrags(slider, spinbox);
     QObject::connect(button, &QToolButton::clicked, q, [this] { popUp(); });
     spinbox->setRange(0, 100);
     slider->setRange(0, 100);
 }
 
-void QtOrbSpinBoxPrivate::link()
+// Both of the box's value signals are cut during a drag, the text one too.
+QVector<QMetaObject::Connection> QtOrbSpinBoxPrivate::makeLinks()
 {
     Q_Q(QtOrbSpinBox);
-    unlink(); // a release without a press must not link twice
-    toSlider
-        = QObject::connect(spinbox, QOverload<qlonglong>::of(&QtOrbSpinBoxVal64::valueChanged),
-                           slider, [this](qlonglong v) { slider->setValue(static_cast<int>(v)); });
-    toNumber
-        = QObject::connect(spinbox, QOverload<qlonglong>::of(&QtOrbSpinBoxVal64::valueChanged), q,
-                           [q](qlonglong v) { Q_EMIT q->valueChanged(static_cast<int>(v)); });
+    const auto number = QOverload<qlonglong>::of(&QtOrbSpinBoxVal64::valueChanged);
+    const auto text = QOverload<const QString &>::of(&QtOrbSpinBoxVal64::valueChanged);
+    return { QObject::connect(spinbox, number, slider,
+                              [this](qlonglong v) { slider->setValue(static_cast<int>(v)); }),
+             QObject::connect(spinbox, number, q,
+                              [q](qlonglong v) { Q_EMIT q->valueChanged(static_cast<int>(v)); }),
+             QObject::connect(spinbox, text, q,
+                              QOverload<const QString &>::of(&QtOrbSpinBox::valueChanged)) };
 }
 
-void QtOrbSpinBoxPrivate::unlink()
+// The final value goes out once, through the box's own signals.
+void QtOrbSpinBoxPrivate::announce()
 {
-    QObject::disconnect(toSlider);
-    QObject::disconnect(toNumber);
+    Q_EMIT spinbox->valueChanged(spinbox->value());
+    Q_EMIT spinbox->valueChanged(spinbox->text());
 }
 
 void QtOrbSpinBoxPrivate::popUp()
@@ -222,25 +202,6 @@ void QtOrbSpinBox::setReadOnly(bool readOnly)
     d->button->setVisible(!readOnly && d->buttonWanted);
 }
 
-QString QtOrbSpinBox::leftLabelText() const
-{
-    return d_func()->labelLeft ? d_func()->labelLeft->text() : QString();
-}
-void QtOrbSpinBox::setLeftLabelText(const QString &text)
-{
-    Q_D(QtOrbSpinBox);
-    captionLabel(d->labelLeft, this, d->layoutH, "labelLeft")->setText(text);
-}
-QString QtOrbSpinBox::topLabelText() const
-{
-    return d_func()->labelUpper ? d_func()->labelUpper->text() : QString();
-}
-void QtOrbSpinBox::setTopLabelText(const QString &text)
-{
-    Q_D(QtOrbSpinBox);
-    captionLabel(d->labelUpper, this, d->layoutV, "labelUpper")->setText(text);
-}
-
 bool QtOrbSpinBox::isSliderButtonVisible() const
 {
     return d_func()->buttonWanted;
@@ -269,14 +230,6 @@ void QtOrbSpinBox::setSliderOrientation(Qt::Orientation orientation)
     d->button->setText(orientation == Qt::Horizontal ? QStringLiteral(">") : QStringLiteral("^"));
 }
 
-QLabel *QtOrbSpinBox::leftLabel() const
-{
-    return d_func()->labelLeft;
-}
-QLabel *QtOrbSpinBox::topLabel() const
-{
-    return d_func()->labelUpper;
-}
 QtOrbSpinBoxVal64 *QtOrbSpinBox::spinBox() const
 {
     return d_func()->spinbox;
@@ -289,5 +242,7 @@ QtOrbSlider *QtOrbSpinBox::slider() const
 {
     return d_func()->slider;
 }
+
+ORB_DEFINE_CAPTION_MEMBERS(QtOrbSpinBox)
 
 } // namespace OrbGui

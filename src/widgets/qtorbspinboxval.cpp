@@ -22,6 +22,47 @@ bool isEnter(const QKeyEvent *event)
     return event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
 }
 
+int readNumber(const QLocale &locale, const QString &text, bool *ok, int)
+{
+    return locale.toInt(text, ok);
+}
+double readNumber(const QLocale &locale, const QString &text, bool *ok, double)
+{
+    return locale.toDouble(text, ok);
+}
+
+// Typed text read as the user sees it: first in the widget's locale without
+// group separators, so that "2,500" in a locale whose decimal separator is a
+// comma is 2.5 and never 2500; then in the locale-independent form ("2.5");
+// last in the locale with its group separators ("1.234,5").
+template <class T> bool readTyped(const QString &text, const QLocale &locale, T *value)
+{
+    QLocale strict(locale);
+    strict.setNumberOptions(locale.numberOptions() | QLocale::RejectGroupSeparator);
+    for (const QLocale &reading : { strict, QLocale::c(), locale }) {
+        bool ok = false;
+        const T v = readNumber(reading, text, &ok, T());
+        if (ok) {
+            *value = v;
+            return true;
+        }
+    }
+    return false;
+}
+
+// With typing validation off, Enter commits the typed number (snapped by the
+// box's setValue); false when the key is not for us or the text is no number.
+template <class T, class Box> bool commitOnEnter(Box *box, QKeyEvent *event)
+{
+    T typed {};
+    if (box->validateTyping() || !isEnter(event)
+        || !readTyped(box->cleanText(), box->locale(), &typed))
+        return false;
+    box->setValue(typed);
+    event->accept();
+    return true;
+}
+
 } // namespace
 
 QtOrbSpinBoxVal::QtOrbSpinBoxVal(QWidget *parent)
@@ -59,17 +100,8 @@ QValidator::State QtOrbSpinBoxVal::validate(QString &text, int &pos) const
 
 void QtOrbSpinBoxVal::keyPressEvent(QKeyEvent *event)
 {
-    if (!m_validateTyping && isEnter(event)) {
-        QString number = cleanText();
-        bool ok = false;
-        const int typed = number.toInt(&ok, 10);
-        if (ok) {
-            setValue(typed);
-            event->accept();
-            return;
-        }
-    }
-    QSpinBox::keyPressEvent(event);
+    if (!commitOnEnter<int>(this, event))
+        QSpinBox::keyPressEvent(event);
 }
 
 QtOrbDoubleSpinBoxVal::QtOrbDoubleSpinBoxVal(QWidget *parent)
@@ -105,21 +137,8 @@ QValidator::State QtOrbDoubleSpinBoxVal::validate(QString &text, int &pos) const
 
 void QtOrbDoubleSpinBoxVal::keyPressEvent(QKeyEvent *event)
 {
-    if (!m_validateTyping && isEnter(event) && singleStep() != 0) {
-        // The locale-independent decimal form; a locale's decimal comma is
-        // accepted too, as the user sees it.
-        QString number = cleanText();
-        number.replace(locale().decimalPoint(), QLatin1Char('.'));
-        number.remove(locale().groupSeparator());
-        bool ok = false;
-        const double typed = QLocale::c().toDouble(number, &ok);
-        if (ok) {
-            setValue(typed);
-            event->accept();
-            return;
-        }
-    }
-    QDoubleSpinBox::keyPressEvent(event);
+    if (singleStep() == 0 || !commitOnEnter<double>(this, event))
+        QDoubleSpinBox::keyPressEvent(event);
 }
 
 } // namespace OrbGui

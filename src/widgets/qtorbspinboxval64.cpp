@@ -43,7 +43,9 @@ public:
     QString fullText(qlonglong v) const { return prefix + q_ptr->textFromValue(v) + suffix; }
     qlonglong snapped(qlonglong v) const;
     void commit(qlonglong v);
-    void commitTypedText(bool discard);
+    bool commitTypedText(bool discard);
+    // value + steps * singleStep, or false when that leaves the 64-bit range.
+    bool stepped(qlonglong from, int steps, qlonglong *result) const;
     void startStepping(bool discardTyped);
     void stopStepping();
     void selectNumber();
@@ -112,7 +114,7 @@ void QtOrbSpinBoxVal64Private::commit(qlonglong v)
     pendingValue = value;
 }
 
-void QtOrbSpinBoxVal64Private::commitTypedText(bool discard)
+bool QtOrbSpinBoxVal64Private::commitTypedText(bool discard)
 {
     Q_Q(QtOrbSpinBoxVal64);
     textDirty = false;
@@ -121,10 +123,19 @@ void QtOrbSpinBoxVal64Private::commitTypedText(bool discard)
         number.remove(q->locale().groupSeparator());
     bool ok = false;
     const qlonglong v = number.toLongLong(&ok, displayIntegerBase);
-    if (ok && !discard && v >= minimum && v <= maximum)
+    if (ok && !discard && v >= minimum && v <= maximum) {
         commit(v);
-    else
-        q->lineEdit()->setText(fullText(value));
+        return true;
+    }
+    q->lineEdit()->setText(fullText(value));
+    return false;
+}
+
+bool QtOrbSpinBoxVal64Private::stepped(qlonglong from, int steps, qlonglong *result) const
+{
+    qlonglong delta = 0;
+    return !__builtin_mul_overflow(qlonglong(steps), singleStep, &delta)
+        && !__builtin_add_overflow(from, delta, result);
 }
 
 void QtOrbSpinBoxVal64Private::startStepping(bool discardTyped)
@@ -377,6 +388,11 @@ void QtOrbSpinBoxVal64::setValue(qlonglong value)
     d_func()->commit(value);
 }
 
+bool QtOrbSpinBoxVal64::commitText()
+{
+    return d_func()->commitTypedText(false);
+}
+
 void QtOrbSpinBoxVal64::selectAll()
 {
     d_func()->selectNumber();
@@ -401,29 +417,22 @@ void QtOrbSpinBoxVal64::fixup(QString &) const { }
 void QtOrbSpinBoxVal64::stepBy(int steps)
 {
     Q_D(QtOrbSpinBoxVal64);
-    const quint64 delta = static_cast<quint64>(steps) * static_cast<quint64>(d->singleStep);
-    if (d->steppingActive && !d->buttonTracking) {
-        qlonglong n = static_cast<qlonglong>(static_cast<quint64>(d->pendingValue) + delta);
-        if (wrapping()) {
-            if (n < d->minimum)
-                n = d->maximum;
-            else if (n > d->maximum)
-                n = d->minimum;
-        }
+    const bool pending = d->steppingActive && !d->buttonTracking;
+    qlonglong n = 0;
+    // A step that leaves the range (or the 64-bit range) is dropped, or
+    // wraps to the other end; the number never wraps around 64 bits.
+    const bool representable = d->stepped(pending ? d->pendingValue : d->value, steps, &n);
+    if (!representable || n < d->minimum || n > d->maximum) {
+        if (!wrapping() || d->minimum > d->maximum)
+            return;
+        const bool below = representable ? n < d->minimum : steps < 0;
+        n = below ? d->maximum : d->minimum;
+    }
+    if (pending) {
+        // Scrolling with the button held: shown, committed on release.
         d->pendingValue = n;
         lineEdit()->setText(d->fullText(n));
     } else {
-        // Overflow of value + steps * step means "beyond the range".
-        const long double exact = static_cast<long double>(d->value)
-            + static_cast<long double>(steps) * static_cast<long double>(d->singleStep);
-        qlonglong n = static_cast<qlonglong>(static_cast<quint64>(d->value) + delta);
-        const bool below = exact < static_cast<long double>(d->minimum);
-        const bool above = exact > static_cast<long double>(d->maximum);
-        if (below || above) {
-            if (!wrapping() || d->minimum > d->maximum)
-                return;
-            n = below ? d->maximum : d->minimum;
-        }
         n = d->snapped(n);
         const QString text = d->fullText(n);
         lineEdit()->setText(text);
