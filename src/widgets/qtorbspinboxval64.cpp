@@ -133,9 +133,14 @@ bool QtOrbSpinBoxVal64Private::commitTypedText(bool discard)
 
 bool QtOrbSpinBoxVal64Private::stepped(qlonglong from, int steps, qlonglong *result) const
 {
-    qlonglong delta = 0;
-    return !__builtin_mul_overflow(qlonglong(steps), singleStep, &delta)
-        && !__builtin_add_overflow(from, delta, result);
+    // Wide enough for any int times any 64-bit step: steps * singleStep may
+    // leave 64 bits while the sum lands inside them.
+    __extension__ typedef __int128 Wide;
+    const Wide n = Wide(from) + Wide(steps) * singleStep;
+    if (n < std::numeric_limits<qlonglong>::min() || n > std::numeric_limits<qlonglong>::max())
+        return false;
+    *result = static_cast<qlonglong>(n);
+    return true;
 }
 
 void QtOrbSpinBoxVal64Private::startStepping(bool discardTyped)

@@ -13,12 +13,17 @@
 #include <QSlider>
 #include <QtTest>
 
+#include "widgettest.h"
+
 using namespace OrbGui;
+using namespace WidgetTest;
 
 class TestPromoted : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase_data() { addLocaleRows(); }
+    void init() { applyLocaleRow(); }
     void formBuildsAndApplies();
     void propertiesByName_data();
     void propertiesByName();

@@ -1,5 +1,7 @@
 #include <OrbGui/qtorbspinboxval64.h>
 
+#include "widgettest.h"
+
 #include <QApplication>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -11,6 +13,7 @@
 #include <limits>
 
 using namespace OrbGui;
+using namespace WidgetTest;
 
 namespace {
 
@@ -51,30 +54,14 @@ struct Window {
     QLineEdit *other;
 };
 
-// The grid point for v, computed independently of the widget in 128-bit
-// arithmetic: minimum + k * step, rounding up when the remainder reaches half
-// a step (the step halved as an integer), never beyond the maximum.
-__extension__ typedef __int128 Int128;
-
-qlonglong reference(qlonglong min, qlonglong max, qlonglong step, qlonglong v)
-{
-    if (v == min || v == max)
-        return v;
-    const Int128 offset = static_cast<Int128>(v) - min;
-    const Int128 remainder = offset % step;
-    Int128 snapped = static_cast<Int128>(min) + offset - remainder;
-    if (remainder != 0 && remainder >= step / 2)
-        snapped += step;
-    return snapped > max ? max : static_cast<qlonglong>(snapped);
-}
-
 } // namespace
 
 class tst_QtOrbSpinBoxVal64 : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase_data();
+    void init();
     void defaults();
     void typedValuesSnap_data();
     void typedValuesSnap();
@@ -95,11 +82,22 @@ private Q_SLOTS:
     void fullRange();
     void stepEnabled_data();
     void stepEnabled();
+    void extremeRangeSweep_data();
+    void extremeRangeSweep();
+    void heldArrowNeverWraps_data();
+    void heldArrowNeverWraps();
+    void commitText_data();
+    void commitText();
 };
 
-void tst_QtOrbSpinBoxVal64::initTestCase()
+void tst_QtOrbSpinBoxVal64::initTestCase_data()
 {
-    QLocale::setDefault(QLocale::c());
+    addLocaleRows();
+}
+
+void tst_QtOrbSpinBoxVal64::init()
+{
+    applyLocaleRow();
 }
 
 void tst_QtOrbSpinBoxVal64::defaults()
@@ -189,7 +187,7 @@ void tst_QtOrbSpinBoxVal64::snappingSweep()
     for (qlonglong v = min; v <= max; ++v) {
         spin.setValue(v);
         const qlonglong got = spin.value();
-        QCOMPARE(got, reference(min, max, step, v));
+        QCOMPARE(got, gridPoint(min, max, step, v));
         QVERIFY(got == max || (got - min) % step == 0);
         QVERIFY(got >= min && got <= max);
     }
@@ -453,3 +451,130 @@ void tst_QtOrbSpinBoxVal64::stepEnabled()
 
 QTEST_MAIN(tst_QtOrbSpinBoxVal64)
 #include "tst_qtorbspinboxval64.moc"
+
+void tst_QtOrbSpinBoxVal64::extremeRangeSweep_data()
+{
+    QTest::addColumn<qlonglong>("min");
+    QTest::addColumn<qlonglong>("max");
+    QTest::addColumn<qlonglong>("step");
+    const qlonglong lowest = std::numeric_limits<qlonglong>::min();
+    const qlonglong highest = std::numeric_limits<qlonglong>::max();
+    const QList<QPair<qlonglong, qlonglong>> ranges = { { lowest, highest },
+                                                        { lowest, -1 },
+                                                        { 0, highest },
+                                                        { lowest + 1, highest - 1 },
+                                                        { -(qlonglong(1) << 62), highest } };
+    const qlonglong steps[]
+        = { 1, 3, 1000, (qlonglong(1) << 32) + 1, (qlonglong(1) << 62) + 3, highest };
+    for (const auto &range : ranges)
+        for (qlonglong step : steps)
+            QTest::newRow(qPrintable(
+                QStringLiteral("%1..%2 step %3").arg(range.first).arg(range.second).arg(step)))
+                << range.first << range.second << step;
+}
+
+// Over the whole 64-bit range: committed values and arrow steps land where
+// 128-bit arithmetic says, and a step that leaves the range is dropped.
+void tst_QtOrbSpinBoxVal64::extremeRangeSweep()
+{
+    QFETCH(qlonglong, min);
+    QFETCH(qlonglong, max);
+    QFETCH(qlonglong, step);
+    QtOrbSpinBoxVal64 spin;
+    spin.setRange(min, max);
+    spin.setSingleStep(step);
+    spin.setValidateStepping(true);
+    for (qlonglong v : sampleValues(min, max, 400)) {
+        spin.setValue(v);
+        const qlonglong at = gridPoint(min, max, step, v);
+        QCOMPARE(spin.value(), at);
+        QCOMPARE(spin.text(), QLocale().toString(at).remove(QLocale().groupSeparator()));
+        for (int steps : { 1, -1, 3 }) {
+            spin.setValue(at);
+            const Int128 next = Int128(at) + Int128(steps) * step;
+            const qlonglong expected = (next < min || next > max)
+                ? at
+                : gridPoint(min, max, step, static_cast<qlonglong>(next));
+            spin.stepBy(steps);
+            QVERIFY2(spin.value() == expected,
+                     qPrintable(QStringLiteral("from %1 by %2: %3, expected %4")
+                                    .arg(at)
+                                    .arg(steps)
+                                    .arg(spin.value())
+                                    .arg(expected)));
+        }
+    }
+}
+
+void tst_QtOrbSpinBoxVal64::heldArrowNeverWraps_data()
+{
+    QTest::addColumn<bool>("wrapping");
+    QTest::addColumn<qlonglong>("start");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<qlonglong>("shown");
+    const qlonglong lowest = std::numeric_limits<qlonglong>::min();
+    const qlonglong highest = std::numeric_limits<qlonglong>::max();
+    QTest::newRow("up past the top") << false << highest - 5 << int(Qt::Key_Up) << highest - 5;
+    QTest::newRow("down past the bottom") << false << lowest + 5 << int(Qt::Key_Down) << lowest + 5;
+    QTest::newRow("up past the top, wrapping") << true << highest - 5 << int(Qt::Key_Up) << lowest;
+    QTest::newRow("down past the bottom, wrapping")
+        << true << lowest + 5 << int(Qt::Key_Down) << highest;
+}
+
+// Holding an arrow with button tracking off scrolls a pending value that is
+// committed on release: it must never go round the 64-bit range (to a large
+// number of the other sign) unless the box wraps.
+void tst_QtOrbSpinBoxVal64::heldArrowNeverWraps()
+{
+    QFETCH(bool, wrapping);
+    QFETCH(qlonglong, start);
+    QFETCH(int, key);
+    QFETCH(qlonglong, shown);
+    Window w;
+    QVERIFY(w.ready());
+    w.spin->setRange(std::numeric_limits<qlonglong>::min(), std::numeric_limits<qlonglong>::max());
+    w.spin->setSingleStep(10);
+    w.spin->setButtonTracking(false);
+    w.spin->setWrapping(wrapping);
+    w.spin->setValue(start);
+    QSignalSpy spy(w.spin, QOverload<qlonglong>::of(&QtOrbSpinBoxVal64::valueChanged));
+    QTest::keyPress(w.spin, Qt::Key(key));
+    QCOMPARE(w.spin->text(), w.spin->locale().toString(shown).remove(QLocale().groupSeparator()));
+    QCOMPARE(w.spin->value(), start);
+    QTest::keyRelease(w.spin, Qt::Key(key));
+    QCOMPARE(w.spin->value(), shown);
+    QCOMPARE(spy.count(), shown == start ? 0 : 1);
+}
+
+void tst_QtOrbSpinBoxVal64::commitText_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<bool>("committed");
+    QTest::addColumn<qlonglong>("value");
+    QTest::newRow("on the grid") << "40" << true << 40LL;
+    QTest::newRow("snapped down") << "44" << true << 40LL;
+    QTest::newRow("snapped up") << "45" << true << 50LL;
+    QTest::newRow("above the range") << "500" << false << 10LL;
+    QTest::newRow("no number") << "4x" << false << 10LL;
+    QTest::newRow("empty") << "" << false << 10LL;
+}
+
+// What a delegate calls before it reads the value: the typed text is
+// committed as Enter would, or refused with the current value shown again.
+void tst_QtOrbSpinBoxVal64::commitText()
+{
+    QFETCH(QString, typed);
+    QFETCH(bool, committed);
+    QFETCH(qlonglong, value);
+    QtOrbSpinBoxVal64 spin;
+    spin.setKeyboardTracking(false);
+    spin.setRange(0, 100);
+    spin.setSingleStep(10);
+    spin.setValidateStepping(true);
+    spin.setValue(10);
+    // The line edit as the user left it, unchecked by the validator.
+    spin.findChild<QLineEdit *>()->setText(typed);
+    QCOMPARE(spin.commitText(), committed);
+    QCOMPARE(spin.value(), value);
+    QCOMPARE(spin.text(), QString::number(value));
+}

@@ -12,7 +12,12 @@
 #include <QStyleOptionSlider>
 #include <QtTest>
 
+#include "widgettest.h"
+
+#include <cmath>
+
 using namespace OrbGui;
+using namespace WidgetTest;
 
 Q_DECLARE_METATYPE(QtOrbSlider::ScaleType)
 
@@ -53,6 +58,8 @@ class TestSliders : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase_data() { addLocaleRows(); }
+    void init() { applyLocaleRow(); }
     void snapping_data();
     void snapping();
     void snappingSweep();
@@ -80,6 +87,9 @@ private Q_SLOTS:
     void doubleSameRangeIsQuiet();
     void gainSliderDefaultsAndLinks();
     void gainSliderAnnouncesDragOnce();
+    void extremeScaleSweep_data();
+    void extremeScaleSweep();
+    void gainSliderEnterInLocale();
 };
 
 void TestSliders::snapping_data()
@@ -768,3 +778,91 @@ void TestSliders::gainSliderAnnouncesDragOnce()
 
 QTEST_MAIN(TestSliders)
 #include "tst_sliders.moc"
+
+void TestSliders::extremeScaleSweep_data()
+{
+    QTest::addColumn<QtOrbSlider::ScaleType>("scale");
+    QTest::addColumn<int>("minimum");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("step");
+    QTest::addColumn<bool>("validate");
+    const QList<QPair<int, int>> ranges
+        = { { INT_MIN, INT_MAX }, { 0, INT_MAX }, { INT_MIN, 0 }, { -5, INT_MAX } };
+    for (auto scale : { QtOrbSlider::Logarithmic, QtOrbSlider::SquareRoot })
+        for (const auto &range : ranges)
+            for (int step : { 1, 1000 })
+                for (bool validate : { false, true })
+                    QTest::newRow(qPrintable(
+                        QStringLiteral("%1 %2..%3 step %4%5")
+                            .arg(scale == QtOrbSlider::Logarithmic ? QStringLiteral("log")
+                                                                   : QStringLiteral("sqrt"))
+                            .arg(range.first)
+                            .arg(range.second)
+                            .arg(step)
+                            .arg(validate ? QStringLiteral(" snapped") : QString())))
+                        << scale << range.first << range.second << step << validate;
+}
+
+// Spans beyond 2^31 on the non-linear scales: every position's value is the
+// one computed here in 128-bit and floating-point arithmetic, values never
+// fall as the handle rises, and the ends give the range's ends.
+void TestSliders::extremeScaleSweep()
+{
+    QFETCH(QtOrbSlider::ScaleType, scale);
+    QFETCH(int, minimum);
+    QFETCH(int, maximum);
+    QFETCH(int, step);
+    QFETCH(bool, validate);
+    QtOrbSlider slider;
+    slider.setScaleType(scale);
+    slider.setRange(minimum, maximum);
+    slider.setSingleStep(step);
+    slider.setValidate(validate);
+    QSlider *inner = slider.slider();
+    const double coefficient = slider.log10Coef();
+    qlonglong previous = minimum;
+    for (int position = inner->minimum(); position <= inner->maximum(); ++position) {
+        inner->setValue(position);
+        Int128 expected;
+        if (position == inner->minimum()) {
+            expected = minimum;
+        } else if (position == inner->maximum()) {
+            expected = maximum;
+        } else {
+            const Int128 offset = scale == QtOrbSlider::Logarithmic
+                ? Int128(std::floor(std::pow(10.0, position / coefficient) + 0.5)) - 10
+                : Int128(position) * position;
+            expected = qBound<Int128>(minimum, Int128(minimum) + offset, maximum);
+            if (validate)
+                expected = gridPoint(minimum, maximum, step, qlonglong(expected));
+        }
+        QVERIFY2(slider.value() == qlonglong(expected) && slider.value() >= previous,
+                 qPrintable(QStringLiteral("position %1: %2, expected %3, previous %4")
+                                .arg(position)
+                                .arg(slider.value())
+                                .arg(qlonglong(expected))
+                                .arg(previous)));
+        previous = slider.value();
+    }
+    QCOMPARE(previous, qlonglong(maximum));
+}
+
+// The gain slider's spin box, typing validation off: Enter keeps the value
+// shown in the user's locale ("1,500" in German is one and a half).
+void TestSliders::gainSliderEnterInLocale()
+{
+    QtOrbGainSlider gain;
+    gain.setRange(0.0, 24.0);
+    gain.setSingleStep(0.5);
+    gain.setValidateTyping(false);
+    gain.setValue(1.5);
+    gain.show();
+    gain.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&gain));
+    gain.spinBox()->setFocus();
+    QSignalSpy changes(&gain, QOverload<double>::of(&QtOrbGainSlider::valueChanged));
+    QTest::keyClick(gain.spinBox(), Qt::Key_Return);
+    QCOMPARE(gain.value(), 1.5);
+    QCOMPARE(gain.slider()->value(), 1.5);
+    QCOMPARE(changes.count(), 0);
+}

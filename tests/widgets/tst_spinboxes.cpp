@@ -1,4 +1,5 @@
 #include <OrbGui/qtorbdoublespinboxval.h>
+#include <OrbGui/qtorbgainslider.h>
 #include <OrbGui/qtorbslider.h>
 #include <OrbGui/qtorbspinbox.h>
 #include <OrbGui/qtorbspinboxval.h>
@@ -14,12 +15,19 @@
 #include <QVBoxLayout>
 #include <QtTest>
 
+#include <functional>
+
+#include "widgettest.h"
+
 using namespace OrbGui;
+using namespace WidgetTest;
 
 class TestSpinBoxes : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase_data() { addLocaleRows(); }
+    void init() { applyLocaleRow(); }
     void intSnapping_data();
     void intSnapping();
     void doubleSnapping_data();
@@ -37,6 +45,9 @@ private Q_SLOTS:
     void compoundPopupClosesOnFocusOut();
     void compoundPopupDragAnnouncesOnce();
     void compoundLabels();
+    void enterKeepsTheShownNumber_data();
+    void enterKeepsTheShownNumber();
+    void fullIntRangeSnapping();
 };
 
 void TestSpinBoxes::intSnapping_data()
@@ -170,6 +181,8 @@ void TestSpinBoxes::typingWaitsForEnter()
                         : double(static_cast<QtOrbSpinBoxVal *>(box)->value());
     };
 
+    // Typed as the user's locale writes it.
+    typed.replace(QLatin1Char('.'), QLocale().decimalPoint());
     box->selectAll();
     QTest::keyClicks(box, typed);
     QCOMPARE(value(), 0.0);
@@ -365,6 +378,7 @@ void TestSpinBoxes::compoundPopupDragAnnouncesOnce()
     QVERIFY(QTest::qWaitForWindowExposed(box->slider()));
 
     QSignalSpy numbers(box, QOverload<int>::of(&QtOrbSpinBox::valueChanged));
+    QSignalSpy texts(box, QOverload<const QString &>::of(&QtOrbSpinBox::valueChanged));
     QStyleOptionSlider option;
     option.initFrom(inner);
     option.orientation = Qt::Horizontal;
@@ -383,12 +397,15 @@ void TestSpinBoxes::compoundPopupDragAnnouncesOnce()
         // The number follows the handle while it is held...
         QCOMPARE(box->value(), box->slider()->value());
     }
-    // ...but the widget announces nothing until the release.
+    // ...but the widget announces nothing until the release, in neither form.
     QCOMPARE(numbers.count(), 0);
+    QCOMPARE(texts.count(), 0);
     QTest::mouseRelease(inner, Qt::LeftButton, Qt::NoModifier, start + QPoint(100, 0));
     QVERIFY(box->value() > 0);
     QCOMPARE(numbers.count(), 1);
     QCOMPARE(numbers.at(0).at(0).toInt(), box->value());
+    QCOMPARE(texts.count(), 1);
+    QCOMPARE(texts.at(0).at(0).toString(), box->spinBox()->text());
 }
 
 void TestSpinBoxes::compoundLabels()
@@ -406,3 +423,112 @@ void TestSpinBoxes::compoundLabels()
 
 QTEST_MAIN(TestSpinBoxes)
 #include "tst_spinboxes.moc"
+
+void TestSpinBoxes::enterKeepsTheShownNumber_data()
+{
+    QTest::addColumn<QString>("widget");
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("typed"); // empty: Enter on the number as shown
+    QTest::addColumn<double>("expected");
+    QTest::newRow("double, as shown") << "double" << 2.5 << QString() << 2.5;
+    QTest::newRow("double, typed") << "double" << 2.5 << "1.25" << 1.25;
+    QTest::newRow("double, whole") << "double" << 2.5 << "7" << 7.0;
+    QTest::newRow("gain, as shown") << "gain" << 1.5 << QString() << 1.5;
+    QTest::newRow("gain, typed") << "gain" << 1.5 << "12.125" << 12.125;
+    QTest::newRow("int, groups shown") << "int" << 4321.0 << QString() << 4321.0;
+    QTest::newRow("int, typed") << "int" << 4321.0 << "1234" << 1234.0;
+}
+
+// With typing validation off, Enter commits the number the user sees or
+// typed, in the user's locale: a decimal comma must not be taken for a
+// group separator (2,500 is two and a half, not 2500).
+void TestSpinBoxes::enterKeepsTheShownNumber()
+{
+    QFETCH(QString, widget);
+    QFETCH(double, value);
+    QFETCH(QString, typed);
+    QFETCH(double, expected);
+
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    QAbstractSpinBox *box = nullptr;
+    std::function<double()> current;
+    if (widget == QLatin1String("gain")) {
+        auto *gain = new QtOrbGainSlider;
+        gain->setRange(0.0, 24.0);
+        gain->setSingleStep(0.001);
+        gain->setValidateTyping(false);
+        gain->setValue(value);
+        layout->addWidget(gain);
+        box = gain->spinBox();
+        current = [gain] { return gain->value(); };
+    } else if (widget == QLatin1String("double")) {
+        auto *d = new QtOrbDoubleSpinBoxVal;
+        d->setDecimals(3);
+        d->setRange(0.0, 10.0);
+        d->setValidateTyping(false);
+        d->setValue(value);
+        box = d;
+        current = [d] { return d->value(); };
+    } else {
+        auto *i = new QtOrbSpinBoxVal;
+        i->setRange(0, 100000);
+        i->setGroupSeparatorShown(true);
+        i->setValidateTyping(false);
+        i->setValue(int(value));
+        box = i;
+        current = [i] { return double(i->value()); };
+    }
+    if (!box->parentWidget())
+        layout->addWidget(box);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    box->setFocus();
+    QCOMPARE(current(), value);
+    if (!typed.isEmpty()) {
+        box->selectAll();
+        QTest::keyClicks(box, typed.replace(QLatin1Char('.'), QLocale().decimalPoint()));
+    }
+    QTest::keyClick(box, Qt::Key_Return);
+    QCOMPARE(current(), expected);
+}
+
+// Over the whole int range: the box and the linear slider snap every value
+// where 128-bit arithmetic says.
+void TestSpinBoxes::fullIntRangeSnapping()
+{
+    const QList<QPair<int, int>> ranges
+        = { { INT_MIN, INT_MAX }, { INT_MIN, -1 }, { 0, INT_MAX }, { INT_MIN + 1, INT_MAX - 1 } };
+    for (const auto &range : ranges) {
+        for (int step : { 1, 3, 1000, 65537, 1 << 30, INT_MAX }) {
+            QtOrbSpinBoxVal box;
+            box.setRange(range.first, range.second);
+            box.setSingleStep(step);
+            box.setValidate(true);
+            QtOrbSlider slider;
+            slider.setRange(range.first, range.second);
+            slider.setSingleStep(step);
+            slider.setValidate(true);
+            for (qlonglong v : sampleValues(range.first, range.second, 300)) {
+                const int expected = int(gridPoint(range.first, range.second, step, v));
+                box.setValue(int(v));
+                slider.setValue(int(v));
+                QVERIFY2(box.value() == expected && slider.value() == expected,
+                         qPrintable(QStringLiteral("%1..%2 step %3 value %4: box %5 slider %6, "
+                                                   "expected %7")
+                                        .arg(range.first)
+                                        .arg(range.second)
+                                        .arg(step)
+                                        .arg(v)
+                                        .arg(box.value())
+                                        .arg(slider.value())
+                                        .arg(expected)));
+                // Stepping snaps too, and never goes past the ends.
+                box.stepBy(1);
+                const qlonglong next = qMin<qlonglong>(qlonglong(expected) + step, range.second);
+                QCOMPARE(box.value(), int(gridPoint(range.first, range.second, step, next)));
+            }
+        }
+    }
+}

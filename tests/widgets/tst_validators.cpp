@@ -4,9 +4,12 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include "widgettest.h"
+
 #include <limits>
 
 using namespace OrbGui;
+using namespace WidgetTest;
 
 Q_DECLARE_METATYPE(QValidator::State)
 
@@ -14,6 +17,8 @@ class tst_Validators : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase_data() { addLocaleRows(); }
+    void init() { applyLocaleRow(); }
     void int64_data();
     void int64();
     void int64Signals();
@@ -59,6 +64,22 @@ void tst_Validators::int64_data()
         << min << max << 10 << "9223372036854775807" << QValidator::Acceptable;
     QTest::newRow("full range minimum")
         << min << max << 10 << "-9223372036854775808" << QValidator::Acceptable;
+    // The magnitude of the smallest 64-bit value does not fit 64 signed bits:
+    // every positive entry is short of it.
+    QTest::newRow("bottom smallest, top negative: positive")
+        << min << -1LL << 10 << "5" << QValidator::Intermediate;
+    QTest::newRow("bottom smallest, top negative: largest")
+        << min << -1LL << 10 << "9223372036854775807" << QValidator::Intermediate;
+    QTest::newRow("bottom smallest, top negative: in range")
+        << min << -1LL << 10 << "-5" << QValidator::Acceptable;
+    QTest::newRow("bottom smallest, top negative: minus one")
+        << min << -1LL << 10 << "-1" << QValidator::Acceptable;
+    QTest::newRow("bottom smallest, top negative: zero")
+        << min << -1LL << 10 << "0" << QValidator::Intermediate;
+    QTest::newRow("only the smallest: the smallest")
+        << min << min << 10 << "-9223372036854775808" << QValidator::Acceptable;
+    QTest::newRow("only the smallest: minus one")
+        << min << min << 10 << "-1" << QValidator::Intermediate;
     QTest::newRow("beyond 64 bits")
         << min << max << 10 << "9223372036854775808" << QValidator::Invalid;
 }
