@@ -22,11 +22,22 @@ public:
     // The distance between two positions: the increment, unless the range
     // holds more increments than an int slider can count (a float feature
     // without an increment over a wide range), then the range is divided
-    // into the most positions that fit.
+    // into the most positions that fit. Halves keep a range wider than the
+    // largest double finite.
     double positionStep() const
     {
         constexpr double mostPositions = 1e9;
-        return qMax(singleStep, (maximum - minimum) / mostPositions);
+        return qMax(singleStep, (maximum / 2 - minimum / 2) / (mostPositions / 2));
+    }
+    // How many position steps `value` lies above the minimum.
+    double stepsTo(double value) const
+    {
+        return (value / 2 - minimum / 2) / (positionStep() / 2);
+    }
+    double atPosition(int position) const
+    {
+        const double half = position * (positionStep() / 2);
+        return (minimum + half) + half;
     }
     double valueFromPosition(int position) const;
     int positionFromValue(double value) const;
@@ -50,7 +61,7 @@ double QtOrbDoubleSliderPrivate::valueFromPosition(int position) const
         return minimum;
     if (position >= slider->maximum())
         return maximum;
-    return qBound(minimum, snap(position * positionStep() + minimum), maximum);
+    return qBound(minimum, snap(atPosition(position)), maximum);
 }
 
 int QtOrbDoubleSliderPrivate::positionFromValue(double value) const
@@ -59,7 +70,7 @@ int QtOrbDoubleSliderPrivate::positionFromValue(double value) const
         return slider->minimum();
     if (value >= maximum)
         return slider->maximum();
-    return static_cast<int>((snap(value) - minimum) / positionStep() + 0.5);
+    return static_cast<int>(stepsTo(snap(value)) + 0.5);
 }
 
 void QtOrbDoubleSliderPrivate::showValue(double value)
@@ -84,9 +95,8 @@ void QtOrbDoubleSliderPrivate::positionChanged(int position)
 
 void QtOrbDoubleSliderPrivate::rebuildPositions()
 {
-    const double step = positionStep();
-    int n = static_cast<int>((maximum - minimum) / step + 0.5);
-    if (maximum > minimum + step * n)
+    int n = static_cast<int>(stepsTo(maximum) + 0.5);
+    if (maximum > atPosition(n))
         ++n; // the last partial step still reaches the maximum
     setPositions(0, qMax(0, n));
 }

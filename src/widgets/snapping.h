@@ -31,16 +31,22 @@ inline qlonglong snapToGrid(qlonglong value, qlonglong minimum, qlonglong maximu
     return static_cast<qlonglong>(static_cast<quint64>(minimum) + d);
 }
 
+// A range wider than the largest double (a float feature reporting the
+// whole double range) is worked on in halves, so that no difference
+// overflows to infinity.
 inline double snapToGrid(double value, double minimum, double maximum, double step)
 {
     if (value <= minimum || value >= maximum || !(step > 0))
         return qBound(minimum, value, qMax(minimum, maximum));
-    double d = value - minimum;
-    const double q = d / step;
-    const double r = (q - std::trunc(q)) * step;
+    const double scale = std::isfinite(maximum - minimum) ? 1.0 : 0.5;
+    double d = value * scale - minimum * scale;
+    const double s = step * scale;
+    const double q = d / s;
+    const double r = (q - std::trunc(q)) * s;
     if (r != 0)
-        d = (step * 0.5 > r) ? d - r : d + (step - r);
-    return qMin(maximum, minimum + d);
+        d = (s * 0.5 > r) ? d - r : d + (s - r);
+    const double snapped = scale == 1.0 ? minimum + d : (minimum + d) + d;
+    return qMin(maximum, snapped);
 }
 
 } // namespace OrbGui

@@ -15,6 +15,7 @@
 #include "widgettest.h"
 
 #include <cmath>
+#include <limits>
 
 using namespace OrbGui;
 using namespace WidgetTest;
@@ -90,6 +91,8 @@ private Q_SLOTS:
     void extremeScaleSweep_data();
     void extremeScaleSweep();
     void gainSliderEnterInLocale();
+    void doubleExtremeRanges_data();
+    void doubleExtremeRanges();
 };
 
 void TestSliders::snapping_data()
@@ -821,7 +824,9 @@ void TestSliders::extremeScaleSweep()
     QSlider *inner = slider.slider();
     const double coefficient = slider.log10Coef();
     qlonglong previous = minimum;
-    for (int position = inner->minimum(); position <= inner->maximum(); ++position) {
+    const int stride = qMax(1, (inner->maximum() - inner->minimum()) / 8192);
+    for (int position = inner->minimum(); position <= inner->maximum(); position
+         = position < inner->maximum() ? qMin(inner->maximum(), position + stride) : position + 1) {
         inner->setValue(position);
         Int128 expected;
         if (position == inner->minimum()) {
@@ -865,4 +870,53 @@ void TestSliders::gainSliderEnterInLocale()
     QCOMPARE(gain.value(), 1.5);
     QCOMPARE(gain.slider()->value(), 1.5);
     QCOMPARE(changes.count(), 0);
+}
+
+void TestSliders::doubleExtremeRanges_data()
+{
+    QTest::addColumn<double>("minimum");
+    QTest::addColumn<double>("maximum");
+    QTest::addColumn<double>("step");
+    const double big = std::numeric_limits<double>::max();
+    QTest::newRow("whole double range") << -big << big << 1.0;
+    QTest::newRow("whole range, no step") << -big << big << 1e-300;
+    QTest::newRow("positive half") << 0.0 << big << 0.5;
+    QTest::newRow("float register") << double(-std::numeric_limits<float>::max())
+                                    << double(std::numeric_limits<float>::max()) << 0.001;
+    QTest::newRow("tiny") << 0.0 << 1e-300 << 1e-310;
+}
+
+// Float features often report the whole double range: the slider must
+// place every value within its positions, keep the ends exact and never
+// compute a position that does not fit an int.
+void TestSliders::doubleExtremeRanges()
+{
+    QFETCH(double, minimum);
+    QFETCH(double, maximum);
+    QFETCH(double, step);
+    QtOrbGainSlider gain;
+    gain.setDecimals(3);
+    gain.setSingleStep(step);
+    gain.setRange(minimum, maximum);
+    QtOrbDoubleSlider *slider = gain.slider();
+    QSlider *inner = slider->slider();
+    QVERIFY(inner->maximum() >= inner->minimum());
+    double previous = -std::numeric_limits<double>::infinity();
+    for (int i = 0; i <= 64; ++i) {
+        const int position
+            = inner->minimum() + int((qint64(inner->maximum()) - inner->minimum()) * i / 64);
+        inner->setValue(position);
+        const double value = slider->value();
+        QVERIFY(value >= minimum && value <= maximum);
+        QVERIFY(value >= previous);
+        previous = value;
+    }
+    QCOMPARE(previous, maximum);
+    for (double value : { minimum, maximum, minimum / 2 + maximum / 2, 0.0 }) {
+        if (value < minimum || value > maximum)
+            continue;
+        slider->setValue(value);
+        QCOMPARE(slider->value(), value);
+        QVERIFY(inner->value() >= inner->minimum() && inner->value() <= inner->maximum());
+    }
 }
