@@ -104,31 +104,15 @@ private:
 };
 
 // The caption members that the compound value widgets publish alike.
-#define ORB_DEFINE_CAPTION_MEMBERS(Class)                                                          \
-    QString Class::leftLabelText() const                                                           \
-    {                                                                                              \
-        return d_func()->leftLabelText();                                                          \
-    }                                                                                              \
-    void Class::setLeftLabelText(const QString &text)                                              \
-    {                                                                                              \
-        d_func()->setLeftLabelText(text);                                                          \
-    }                                                                                              \
-    QString Class::topLabelText() const                                                            \
-    {                                                                                              \
-        return d_func()->topLabelText();                                                           \
-    }                                                                                              \
-    void Class::setTopLabelText(const QString &text)                                               \
-    {                                                                                              \
-        d_func()->setTopLabelText(text);                                                           \
-    }                                                                                              \
-    QLabel *Class::leftLabel() const                                                               \
-    {                                                                                              \
-        return d_func()->labelLeft;                                                                \
-    }                                                                                              \
-    QLabel *Class::topLabel() const                                                                \
-    {                                                                                              \
-        return d_func()->labelUpper;                                                               \
-    }
+// clang-format off
+#define ORB_DEFINE_CAPTION_MEMBERS(Class)                                                   \
+    QString Class::leftLabelText() const { return d_func()->leftLabelText(); }              \
+    void Class::setLeftLabelText(const QString &text) { d_func()->setLeftLabelText(text); } \
+    QString Class::topLabelText() const { return d_func()->topLabelText(); }                \
+    void Class::setTopLabelText(const QString &text) { d_func()->setTopLabelText(text); }   \
+    QLabel *Class::leftLabel() const { return d_func()->labelLeft; }                        \
+    QLabel *Class::topLabel() const { return d_func()->labelUpper; }
+// clang-format on
 
 } // namespace OrbGui
 

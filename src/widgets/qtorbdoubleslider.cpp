@@ -30,10 +30,7 @@ public:
         return qMax(singleStep, (maximum / 2 - minimum / 2) / (mostPositions / 2));
     }
     // How many position steps `value` lies above the minimum.
-    double stepsTo(double value) const
-    {
-        return (value / 2 - minimum / 2) / (positionStep() / 2);
-    }
+    double stepsTo(double value) const { return (value / 2 - minimum / 2) / (positionStep() / 2); }
     double atPosition(int position) const
     {
         const double half = position * (positionStep() / 2);

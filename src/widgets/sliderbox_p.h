@@ -92,72 +92,26 @@ protected:
 
 // The members that QtOrbSliderSpinBox and QtOrbGainSlider publish alike,
 // written once; Type is the value type.
-#define ORB_DEFINE_SLIDER_BOX_MEMBERS(Class, Type, Slider, Box)                                    \
-    ORB_DEFINE_CAPTION_MEMBERS(Class)                                                              \
-    Class::~Class()                                                                                \
-    {                                                                                              \
-        d_func()->unlink();                                                                        \
-    }                                                                                              \
-    Type Class::value() const                                                                      \
-    {                                                                                              \
-        return d_func()->spinbox->value();                                                         \
-    }                                                                                              \
-    Type Class::minimum() const                                                                    \
-    {                                                                                              \
-        return d_func()->spinbox->minimum();                                                       \
-    }                                                                                              \
-    Type Class::maximum() const                                                                    \
-    {                                                                                              \
-        return d_func()->spinbox->maximum();                                                       \
-    }                                                                                              \
-    Type Class::singleStep() const                                                                 \
-    {                                                                                              \
-        return d_func()->spinbox->singleStep();                                                    \
-    }                                                                                              \
-    bool Class::validate() const                                                                   \
-    {                                                                                              \
-        return d_func()->spinbox->validate();                                                      \
-    }                                                                                              \
-    bool Class::validateTyping() const                                                             \
-    {                                                                                              \
-        return d_func()->spinbox->validateTyping();                                                \
-    }                                                                                              \
-    void Class::setValue(Type value)                                                               \
-    {                                                                                              \
-        d_func()->setValue(value);                                                                 \
-    }                                                                                              \
-    void Class::setMinimum(Type minimum)                                                           \
-    {                                                                                              \
-        setRange(minimum, qMax(minimum, maximum()));                                               \
-    }                                                                                              \
-    void Class::setMaximum(Type maximum)                                                           \
-    {                                                                                              \
-        setRange(qMin(minimum(), maximum), maximum);                                               \
-    }                                                                                              \
-    void Class::setRange(Type min, Type max)                                                       \
-    {                                                                                              \
-        d_func()->setRange(min, max);                                                              \
-    }                                                                                              \
-    void Class::setSingleStep(Type step)                                                           \
-    {                                                                                              \
-        d_func()->setSingleStep(step);                                                             \
-    }                                                                                              \
-    void Class::setValidate(bool validate)                                                         \
-    {                                                                                              \
-        d_func()->setValidate(validate);                                                           \
-    }                                                                                              \
-    void Class::setValidateTyping(bool on)                                                         \
-    {                                                                                              \
-        d_func()->spinbox->setValidateTyping(on);                                                  \
-    }                                                                                              \
-    Box *Class::spinBox() const                                                                    \
-    {                                                                                              \
-        return d_func()->spinbox;                                                                  \
-    }                                                                                              \
-    Slider *Class::slider() const                                                                  \
-    {                                                                                              \
-        return d_func()->slider;                                                                   \
-    }
+// clang-format off
+#define ORB_DEFINE_SLIDER_BOX_MEMBERS(Class, Type, Slider, Box)                           \
+    ORB_DEFINE_CAPTION_MEMBERS(Class)                                                     \
+    Class::~Class() { d_func()->unlink(); }                                               \
+    Type Class::value() const { return d_func()->spinbox->value(); }                      \
+    Type Class::minimum() const { return d_func()->spinbox->minimum(); }                  \
+    Type Class::maximum() const { return d_func()->spinbox->maximum(); }                  \
+    Type Class::singleStep() const { return d_func()->spinbox->singleStep(); }            \
+    bool Class::validate() const { return d_func()->spinbox->validate(); }                \
+    bool Class::validateTyping() const { return d_func()->spinbox->validateTyping(); }    \
+    void Class::setValue(Type value) { d_func()->setValue(value); }                       \
+    void Class::setMinimum(Type minimum) { setRange(minimum, qMax(minimum, maximum())); } \
+    void Class::setMaximum(Type maximum) { setRange(qMin(minimum(), maximum), maximum); } \
+    void Class::setRange(Type min, Type max) { d_func()->setRange(min, max); }            \
+    void Class::setSingleStep(Type step) { d_func()->setSingleStep(step); }               \
+    void Class::setValidate(bool validate) { d_func()->setValidate(validate); }           \
+    void Class::setValidateTyping(bool on) { d_func()->spinbox->setValidateTyping(on); }  \
+    Box *Class::spinBox() const { return d_func()->spinbox; }                             \
+    Slider *Class::slider() const { return d_func()->slider; }
+// clang-format on
 
 } // namespace OrbGui
 

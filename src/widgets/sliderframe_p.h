@@ -157,88 +157,31 @@ private:
 
 // The members that QtOrbSlider and QtOrbDoubleSlider publish alike, written
 // once; Type is the value type.
-#define ORB_DEFINE_SLIDER_FRAME_MEMBERS(Class, Type)                                               \
-    Type Class::value() const                                                                      \
-    {                                                                                              \
-        return d_func()->lastValue;                                                                \
-    }                                                                                              \
-    Type Class::minimum() const                                                                    \
-    {                                                                                              \
-        return d_func()->minimum;                                                                  \
-    }                                                                                              \
-    Type Class::maximum() const                                                                    \
-    {                                                                                              \
-        return d_func()->maximum;                                                                  \
-    }                                                                                              \
-    Type Class::singleStep() const                                                                 \
-    {                                                                                              \
-        return d_func()->singleStep;                                                               \
-    }                                                                                              \
-    bool Class::validate() const                                                                   \
-    {                                                                                              \
-        return d_func()->validate;                                                                 \
-    }                                                                                              \
-    void Class::setValidate(bool validate)                                                         \
-    {                                                                                              \
-        d_func()->validate = validate;                                                             \
-    }                                                                                              \
-    void Class::setMinimum(Type minimum)                                                           \
-    {                                                                                              \
-        setRange(minimum, qMax(minimum, maximum()));                                               \
-    }                                                                                              \
-    void Class::setMaximum(Type maximum)                                                           \
-    {                                                                                              \
-        setRange(qMin(minimum(), maximum), maximum);                                               \
-    }                                                                                              \
-    bool Class::isMaxLabelVisiable() const                                                         \
-    {                                                                                              \
-        return !d_func()->labelMax->isHidden();                                                    \
-    }                                                                                              \
-    void Class::setMaxLabelVisiable(bool visible)                                                  \
-    {                                                                                              \
-        d_func()->labelMax->setVisible(visible);                                                   \
-    }                                                                                              \
-    bool Class::isMinLabelVisiable() const                                                         \
-    {                                                                                              \
-        return !d_func()->labelMin->isHidden();                                                    \
-    }                                                                                              \
-    void Class::setMinLabelVisiable(bool visible)                                                  \
-    {                                                                                              \
-        d_func()->labelMin->setVisible(visible);                                                   \
-    }                                                                                              \
-    Qt::Orientation Class::orientation() const                                                     \
-    {                                                                                              \
-        return d_func()->orientation;                                                              \
-    }                                                                                              \
-    void Class::setOrientation(Qt::Orientation o)                                                  \
-    {                                                                                              \
-        d_func()->setOrientation(o);                                                               \
-    }                                                                                              \
-    bool Class::hasTracking() const                                                                \
-    {                                                                                              \
-        return d_func()->slider->hasTracking();                                                    \
-    }                                                                                              \
-    void Class::setTracking(bool tracking)                                                         \
-    {                                                                                              \
-        d_func()->slider->setTracking(tracking);                                                   \
-    }                                                                                              \
-    QLabel *Class::maxLabel() const                                                                \
-    {                                                                                              \
-        return d_func()->labelMax;                                                                 \
-    }                                                                                              \
-    QLabel *Class::minLabel() const                                                                \
-    {                                                                                              \
-        return d_func()->labelMin;                                                                 \
-    }                                                                                              \
-    QSlider *Class::slider() const                                                                 \
-    {                                                                                              \
-        return d_func()->slider;                                                                   \
-    }                                                                                              \
-    bool Class::eventFilter(QObject *watched, QEvent *event)                                       \
-    {                                                                                              \
-        return d_func()->filterSliderEvent(this, watched, event)                                   \
-            || QFrame::eventFilter(watched, event);                                                \
-    }
+// clang-format off
+#define ORB_DEFINE_SLIDER_FRAME_MEMBERS(Class, Type)                                           \
+    Type Class::value() const { return d_func()->lastValue; }                                  \
+    Type Class::minimum() const { return d_func()->minimum; }                                  \
+    Type Class::maximum() const { return d_func()->maximum; }                                  \
+    Type Class::singleStep() const { return d_func()->singleStep; }                            \
+    bool Class::validate() const { return d_func()->validate; }                                \
+    void Class::setValidate(bool validate) { d_func()->validate = validate; }                  \
+    void Class::setMinimum(Type minimum) { setRange(minimum, qMax(minimum, maximum())); }      \
+    void Class::setMaximum(Type maximum) { setRange(qMin(minimum(), maximum), maximum); }      \
+    bool Class::isMaxLabelVisiable() const { return !d_func()->labelMax->isHidden(); }         \
+    void Class::setMaxLabelVisiable(bool visible) { d_func()->labelMax->setVisible(visible); } \
+    bool Class::isMinLabelVisiable() const { return !d_func()->labelMin->isHidden(); }         \
+    void Class::setMinLabelVisiable(bool visible) { d_func()->labelMin->setVisible(visible); } \
+    Qt::Orientation Class::orientation() const { return d_func()->orientation; }               \
+    void Class::setOrientation(Qt::Orientation o) { d_func()->setOrientation(o); }             \
+    bool Class::hasTracking() const { return d_func()->slider->hasTracking(); }                \
+    void Class::setTracking(bool tracking) { d_func()->slider->setTracking(tracking); }        \
+    QLabel *Class::maxLabel() const { return d_func()->labelMax; }                             \
+    QLabel *Class::minLabel() const { return d_func()->labelMin; }                             \
+    QSlider *Class::slider() const { return d_func()->slider; }                                \
+    bool Class::eventFilter(QObject *watched, QEvent *event) {                                 \
+        return d_func()->filterSliderEvent(this, watched, event)                               \
+            || QFrame::eventFilter(watched, event); }
+// clang-format on
 
 } // namespace OrbGui
 
