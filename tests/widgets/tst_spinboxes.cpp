@@ -1,6 +1,7 @@
 #include <OrbGui/qtorbdoublespinboxval.h>
 #include <OrbGui/qtorbgainslider.h>
 #include <OrbGui/qtorbslider.h>
+#include <OrbGui/qtorbsliderspinbox.h>
 #include <OrbGui/qtorbspinbox.h>
 #include <OrbGui/qtorbspinboxval.h>
 #include <OrbGui/qtorbspinboxval64.h>
@@ -503,26 +504,41 @@ void TestSpinBoxes::fullIntRangeSnapping()
     for (const auto &range : ranges) {
         for (int step : { 1, 3, 1000, 65537, 1 << 30, INT_MAX }) {
             QtOrbSpinBoxVal box;
+            QtOrbSlider slider;
+            QtOrbSliderSpinBox pair;
+            QtOrbSpinBox compound;
             box.setRange(range.first, range.second);
             box.setSingleStep(step);
             box.setValidate(true);
-            QtOrbSlider slider;
             slider.setRange(range.first, range.second);
             slider.setSingleStep(step);
             slider.setValidate(true);
+            pair.setRange(range.first, range.second);
+            pair.setSingleStep(step);
+            pair.setValidate(true);
+            compound.setRange(range.first, range.second);
+            compound.setSingleStep(step);
+            compound.setValidate(true);
             for (qlonglong v : sampleValues(range.first, range.second, 300)) {
                 const int expected = int(gridPoint(range.first, range.second, step, v));
                 box.setValue(int(v));
                 slider.setValue(int(v));
-                QVERIFY2(box.value() == expected && slider.value() == expected,
-                         qPrintable(QStringLiteral("%1..%2 step %3 value %4: box %5 slider %6, "
-                                                   "expected %7")
+                pair.setValue(int(v));
+                compound.setValue(int(v));
+                QVERIFY2(box.value() == expected && slider.value() == expected
+                             && pair.value() == expected && pair.slider()->value() == expected
+                             && compound.value() == expected
+                             && compound.slider()->value() == expected,
+                         qPrintable(QStringLiteral("%1..%2 step %3 value %4: box %5 slider %6 "
+                                                   "pair %7 compound %8, expected %9")
                                         .arg(range.first)
                                         .arg(range.second)
                                         .arg(step)
                                         .arg(v)
                                         .arg(box.value())
                                         .arg(slider.value())
+                                        .arg(pair.value())
+                                        .arg(compound.value())
                                         .arg(expected)));
                 // Stepping snaps too, and never goes past the ends.
                 box.stepBy(1);
