@@ -5,9 +5,9 @@ set -euo pipefail
 
 packages=(
     build-essential cmake ninja-build pkg-config
-    qtbase5-dev qtbase5-dev-tools
+    qtbase5-dev qtbase5-dev-tools libxcb1-dev
     libpugixml-dev libzip-dev nlohmann-json3-dev
-    xvfb xauth clang-format git
+    xvfb xauth x11-utils clang-format git
     "$@"
 )
 

@@ -46,6 +46,10 @@ public:
     // The tree, for hosts that want to tune it.
     QTreeView *treeView() const;
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     Q_DECLARE_PRIVATE(OrbGenParamTreeView)
     Q_DISABLE_COPY(OrbGenParamTreeView)

@@ -68,6 +68,13 @@ public:
     void setValidateStepping(bool validate);
     bool buttonTracking() const;
     void setButtonTracking(bool tracking);
+    // Off by default: a keystroke that would take the number beyond the
+    // range is refused. On: it is accepted while typing, and the committed
+    // number is limited to the range (then snapped), so that what the user
+    // typed is never cut to a different number digit by digit. Editors of
+    // camera features turn it on.
+    bool clampTyped() const;
+    void setClampTyped(bool clamp);
 
     // Commits the typed text as Enter does (snapped when validateStepping is
     // on) and returns true. Text that does not parse or lies outside the

@@ -3,6 +3,7 @@
 #include <OrbCam/OrbGenParam.h>
 #include <OrbGui/qtorbspinboxval64.h>
 
+#include "featureeditors.h"
 #include "widgets/ip4validator.h"
 
 #include <QBrush>
@@ -15,6 +16,7 @@
 #include <QThread>
 #include <QVector>
 
+#include <cmath>
 #include <list>
 #include <map>
 #include <vector>
@@ -83,6 +85,26 @@ QString macText(int64_t value)
     for (int shift = 40; shift >= 0; shift -= 8)
         bytes << QStringLiteral("%1").arg((v >> shift) & 0xFF, 2, 16, QLatin1Char('0'));
     return bytes.join(QLatin1Char(':'));
+}
+
+// A float limit or increment as a reader expects it: in fixed notation with
+// the feature's display precision ("20", not the "2e+01" of 'g' with one
+// digit), falling back to 'g' for magnitudes fixed notation cannot show.
+QString floatText(double value, int precision)
+{
+    const double magnitude = std::fabs(value);
+    if (std::isfinite(value) && magnitude < 1e15
+        && (value == 0 || magnitude >= std::pow(10.0, -precision)))
+        return QString::number(value, 'f', precision);
+    return QString::number(value, 'g', qMax(precision, 6));
+}
+
+// What an editor shows while it is open: the values the feature takes.
+QString rangeHint(const QString &minimum, const QString &maximum, const QString &increment)
+{
+    return increment.isEmpty()
+        ? GenParamTreeModel::tr("Min: %1, Max: %2").arg(minimum, maximum)
+        : GenParamTreeModel::tr("Min: %1, Max: %2, Increment: %3").arg(minimum, maximum, increment);
 }
 
 QBrush redBrush()
@@ -349,7 +371,7 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
                 auto *edit = new QLineEdit;
                 edit->setFrame(false);
                 edit->setAlignment(Qt::AlignCenter);
-                edit->setValidator(new IP4Validator(edit));
+                edit->setValidator(new AddressEditValidator(edit));
                 data = { edit, ControlData::LineEdit };
             } else if (integer->GetIncMode() == listIncrement) {
                 auto *combo = new QComboBox;
@@ -366,10 +388,14 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
                 spin->setIgnoreFocusOut(false);
                 if (integer->GetRepresentation() == HexNumber)
                     spin->setDisplayIntegerBase(16);
+                spin->setClampTyped(true);
                 const int64_t step = integer->GetInc();
                 spin->setSingleStep(step);
                 spin->setValidateStepping(step > 1);
                 spin->setRange(integer->GetMin(), integer->GetMax());
+                spin->setToolTip(rangeHint(QString::number(integer->GetMin()),
+                                           QString::number(integer->GetMax()),
+                                           step > 1 ? QString::number(step) : QString()));
                 data = { spin, ControlData::SpinBox64 };
             }
             break;
@@ -384,7 +410,9 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
         }
         case intfICommand: {
             auto *button = new QPushButton(QStringLiteral("Execute"));
-            button->setFlat(true);
+            // A raised button over a filled cell: the cell's own "Execute"
+            // must not show through, and a click must look like one.
+            button->setAutoFillBackground(true);
             data = { button, ControlData::PushButton };
             break;
         }
@@ -400,13 +428,23 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
                                    QVariant::fromValue<qlonglong>(static_cast<qlonglong>(v)));
                 data = { combo, ControlData::ComboBox };
             } else {
-                auto *spin = new QDoubleSpinBox;
+                auto *spin = new FeatureDoubleSpinBox;
                 spin->setFrame(false);
                 spin->setAccelerated(true);
-                spin->setDecimals(static_cast<int>(f->GetDisplayPrecision()));
+                const int decimals = static_cast<int>(f->GetDisplayPrecision());
+                spin->setDecimals(decimals);
                 spin->setRange(f->GetMin(), f->GetMax());
                 spin->setSuffix(unit);
-                spin->setSingleStep(f->GetInc());
+                const bool fixed = f->GetIncMode() == fixedIncrement && f->GetInc() > 0;
+                // Most float features have no increment: the arrows still
+                // need a step that does something.
+                spin->setSingleStep(
+                    fixed ? f->GetInc()
+                          : FeatureDoubleSpinBox::usefulStep(f->GetMin(), f->GetMax(), decimals));
+                spin->setIncrement(fixed ? f->GetInc() : 0);
+                spin->setToolTip(rangeHint(floatText(f->GetMin(), decimals),
+                                           floatText(f->GetMax(), decimals),
+                                           fixed ? floatText(f->GetInc(), decimals) : QString()));
                 data = { spin, ControlData::DoubleSpinBox };
             }
             break;
@@ -517,11 +555,11 @@ QVariant GenParamTreeModelPrivate::WhatsThis(IValue *value) const
             const int p = static_cast<int>(f->GetDisplayPrecision());
             switch (f->GetIncMode()) {
             case noIncrement:
-                lines << limits.arg(f->GetMin(), 0, 'g', p).arg(f->GetMax(), 0, 'g', p);
+                lines << limits.arg(floatText(f->GetMin(), p), floatText(f->GetMax(), p));
                 break;
             case fixedIncrement:
-                lines << limits.arg(f->GetMin(), 0, 'g', p).arg(f->GetMax(), 0, 'g', p);
-                lines << increment.arg(f->GetInc(), 0, 'g', p);
+                lines << limits.arg(floatText(f->GetMin(), p), floatText(f->GetMax(), p));
+                lines << increment.arg(floatText(f->GetInc(), p));
                 break;
             case listIncrement: {
                 QStringList values;

@@ -2,6 +2,8 @@
 
 #include "genparamtreemodel.h"
 
+#include <algorithm>
+
 using namespace GenApi;
 
 namespace OrbGui {
@@ -45,14 +47,32 @@ bool GenParamTreeVisibilityFilterProxyModel::filterAcceptsRow(int sourceRow,
     } catch (const GenICam::GenericException &) {
         // Whether it exists cannot be told: show it, the cell says why.
     }
-    if (node->GetPrincipalInterfaceType() == intfICategory)
-        return true;
-    if (filterRegExp.pattern().isEmpty())
+    // "*" (the pattern before any text is set) names nothing either.
+    const bool named
+        = !filterRegExp.pattern().isEmpty() && filterRegExp.pattern() != QLatin1String("*");
+    if (node->GetPrincipalInterfaceType() == intfICategory) {
+        // While a name filter is set, a category shows only for what
+        // matches below it: dozens of empty categories hid the matches.
+        if (!named)
+            return true;
+        for (int row = 0; row < sourceModel()->rowCount(index); ++row)
+            if (filterAcceptsRow(row, index))
+                return true;
+        return false;
+    }
+    if (!named)
         return true;
     const QString name = QString::fromUtf8(node->GetDisplayName().c_str());
-    if (wholeWords)
-        return filterRegExp.exactMatch(name);
-    return filterRegExp.indexIn(name) >= 0;
+    if (!wholeWords)
+        return filterRegExp.indexIn(name) >= 0;
+    // Whole words: the pattern matches the whole name or one of its words
+    // ("gain" finds "Analog Gain", not "Gainsborough").
+    if (filterRegExp.exactMatch(name))
+        return true;
+    static const QRegExp separators(QStringLiteral("[^\\w]+"));
+    const QStringList words = name.split(separators, Qt::SkipEmptyParts);
+    return std::any_of(words.begin(), words.end(),
+                       [this](const QString &word) { return filterRegExp.exactMatch(word); });
 }
 
 } // namespace OrbGui

@@ -1,16 +1,84 @@
 #include "genparamdelegate.h"
 
+#include "genparam/featureeditors.h"
 #include "genparam/genparamtreemodel.h"
 
 #include <OrbGui/qtorbspinboxval64.h>
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QToolTip>
 
 namespace OrbGui {
+
+namespace {
+
+// What the editor held when it was loaded from the model: its text (or
+// entry), to tell whether the user has touched it, and its value, to tell
+// whether a commit would change anything.
+const char loadedStateProperty[] = "orbLoadedState";
+const char loadedValueProperty[] = "orbLoadedValue";
+
+QVariant editorState(const QWidget *editor)
+{
+    if (auto *combo = qobject_cast<const QComboBox *>(editor))
+        return combo->currentIndex();
+    if (auto *spin = qobject_cast<const QAbstractSpinBox *>(editor))
+        return spin->text();
+    if (auto *edit = qobject_cast<const QLineEdit *>(editor))
+        return edit->text();
+    return QVariant();
+}
+
+QVariant editorValue(const QWidget *editor)
+{
+    if (auto *combo = qobject_cast<const QComboBox *>(editor))
+        return combo->currentData(Qt::UserRole);
+    if (auto *spin = qobject_cast<const QtOrbSpinBoxVal64 *>(editor))
+        return QVariant::fromValue<qlonglong>(spin->value());
+    if (auto *spin = qobject_cast<const QDoubleSpinBox *>(editor))
+        return spin->value();
+    if (auto *edit = qobject_cast<const QLineEdit *>(editor))
+        return edit->text();
+    return QVariant();
+}
+
+// Why the editor's text cannot be committed, or empty when it can.
+QString refusal(const QWidget *editor)
+{
+    if (auto *edit = qobject_cast<const QLineEdit *>(editor))
+        if (qobject_cast<const AddressEditValidator *>(edit->validator()))
+            return AddressEditValidator::refusal(edit->text());
+    return QString();
+}
+
+void showNear(QWidget *editor, const QString &text)
+{
+    QToolTip::showText(editor->mapToGlobal(QPoint(0, editor->height())), text, editor);
+}
+
+// A MAC address edits as a number while the model gives its colon text.
+bool readMac(const QString &text, qlonglong *value)
+{
+    QString digits = text;
+    digits.remove(QLatin1Char(':'));
+    bool ok = false;
+    *value = static_cast<qlonglong>(digits.toULongLong(&ok, 16));
+    return ok && digits.size() == 12;
+}
+
+bool isSteppingKey(int key)
+{
+    return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp
+        || key == Qt::Key_PageDown || key == Qt::Key_Home || key == Qt::Key_End;
+}
+
+} // namespace
 
 GenParamDelegate::GenParamDelegate(QObject *parent)
     : QStyledItemDelegate(parent)
@@ -33,34 +101,79 @@ QWidget *GenParamDelegate::createEditor(QWidget *parent, const QStyleOptionViewI
     if (!control.control)
         return nullptr;
     control.control->setParent(parent);
+    auto *self = const_cast<GenParamDelegate *>(this);
     switch (control.kind) {
     case ControlData::PushButton:
         if (auto *button = qobject_cast<QPushButton *>(control.control)) {
-            auto *self = const_cast<GenParamDelegate *>(this);
             connect(button, &QPushButton::clicked, self, [self, button] {
                 button->setWindowModified(true);
                 Q_EMIT self->commitData(button);
+                showNear(button, tr("Executed"));
             });
         }
         return control.control;
     case ControlData::ComboBox:
         if (auto *combo = qobject_cast<QComboBox *>(control.control)) {
-            auto *self = const_cast<GenParamDelegate *>(this);
-            connect(combo, QOverload<int>::of(&QComboBox::currentIndexChanged), self,
-                    [self, combo] {
-                        Q_EMIT self->commitData(combo);
-                        Q_EMIT self->closeEditor(combo);
-                    });
+            // A pick from the list, never a change of index by a key or the
+            // wheel: those could pass over entries on their way.
+            connect(combo, QOverload<int>::of(&QComboBox::activated), self, [self, combo] {
+                Q_EMIT self->commitData(combo);
+                Q_EMIT self->closeEditor(combo);
+            });
+            combo->installEventFilter(self);
         }
         return control.control;
     case ControlData::SpinBox64:
     case ControlData::DoubleSpinBox:
     case ControlData::LineEdit:
         captureMouseForEditor(control.control);
+        control.control->installEventFilter(self);
+        if (!control.control->toolTip().isEmpty()) {
+            // The feature's range while the user types; shown once the
+            // editor has its place in the cell.
+            QWidget *editor = control.control;
+            QMetaObject::invokeMethod(
+                editor,
+                [editor] {
+                    if (editor->isVisible())
+                        showNear(editor, editor->toolTip());
+                },
+                Qt::QueuedConnection);
+        }
         return control.control;
     default:
         return control.control;
     }
+}
+
+bool GenParamDelegate::eventFilter(QObject *object, QEvent *event)
+{
+    auto *editor = qobject_cast<QWidget *>(object);
+    if (!editor)
+        return QStyledItemDelegate::eventFilter(object, event);
+    if (event->type() == QEvent::Wheel) {
+        // The wheel scrolls the tree, as it does over any other cell.
+        if (auto *view = qobject_cast<QAbstractItemView *>(
+                editor->parentWidget() ? editor->parentWidget()->parentWidget() : nullptr))
+            QCoreApplication::sendEvent(view->viewport(), event);
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (auto *combo = qobject_cast<QComboBox *>(editor)) {
+            if (isSteppingKey(key)) {
+                combo->showPopup();
+                return true;
+            }
+        } else if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            const QString reason = refusal(editor);
+            if (!reason.isEmpty()) {
+                showNear(editor, reason);
+                return true; // the editor stays open with what was typed
+            }
+        }
+    }
+    return QStyledItemDelegate::eventFilter(object, event);
 }
 
 void GenParamDelegate::captureMouseForEditor(QWidget *editor) const
@@ -87,6 +200,13 @@ bool GenParamDelegate::MouseTracker::eventFilter(QObject *, QEvent *event)
 
 void GenParamDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
 {
+    // The model announces every change of the feature while the editor is
+    // open (polling, another window); what the user has begun to type is
+    // theirs and is not replaced.
+    const QVariant loaded = editor->property(loadedStateProperty);
+    if (loaded.isValid() && editorState(editor) != loaded)
+        return;
+
     const QVariant value = index.data(Qt::EditRole);
     if (!value.isValid()) {
         QStyledItemDelegate::setEditorData(editor, index);
@@ -101,51 +221,60 @@ void GenParamDelegate::setEditorData(QWidget *editor, const QModelIndex &index) 
             combo->setCurrentIndex(
                 combo->findData(wanted, Qt::UserRole, Qt::MatchExactly | Qt::MatchCaseSensitive));
         }
-        return;
-    }
-    if (type == QMetaType::LongLong) {
+    } else if (type == QMetaType::LongLong) {
         if (auto *spin = qobject_cast<QtOrbSpinBoxVal64 *>(editor))
             spin->setValue(value.toLongLong());
-        return;
-    }
-    if (type == QMetaType::Double) {
+    } else if (type == QMetaType::Double) {
         if (auto *spin = qobject_cast<QDoubleSpinBox *>(editor))
             spin->setValue(value.toDouble());
-        return;
-    }
-    if (type == QMetaType::QString) {
+    } else if (type == QMetaType::QString) {
+        qlonglong mac = 0;
         if (auto *edit = qobject_cast<QLineEdit *>(editor))
             edit->setText(value.toString());
-        return;
+        else if (auto *spin = qobject_cast<QtOrbSpinBoxVal64 *>(editor))
+            if (readMac(value.toString(), &mac))
+                spin->setValue(mac);
+    } else {
+        QStyledItemDelegate::setEditorData(editor, index);
     }
-    QStyledItemDelegate::setEditorData(editor, index);
+    editor->setProperty(loadedStateProperty, editorState(editor));
+    editor->setProperty(loadedValueProperty, editorValue(editor));
 }
 
 void GenParamDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
                                     const QModelIndex &index) const
 {
-    if (auto *combo = qobject_cast<QComboBox *>(editor)) {
-        model->setData(index, combo->currentData(Qt::UserRole), Qt::EditRole);
-    } else if (auto *spin = qobject_cast<QtOrbSpinBoxVal64 *>(editor)) {
-        // The spin box commits typed text on Enter through its own event
-        // filter, which the view's filter on the editor runs before; commit
-        // it here so that what the user typed is what gets written.
-        spin->commitText();
-        model->setData(index, QVariant::fromValue<qlonglong>(spin->value()), Qt::EditRole);
-    } else if (auto *doubleSpin = qobject_cast<QDoubleSpinBox *>(editor)) {
-        doubleSpin->interpretText();
-        model->setData(index, doubleSpin->value(), Qt::EditRole);
-    } else if (auto *edit = qobject_cast<QLineEdit *>(editor)) {
-        model->setData(index, edit->text(), Qt::EditRole);
-    } else if (auto *button = qobject_cast<QPushButton *>(editor)) {
+    if (auto *button = qobject_cast<QPushButton *>(editor)) {
         // Only a click executes; closing the editor never does.
         if (button->isWindowModified()) {
             model->setData(index, true, Qt::EditRole);
             button->setWindowModified(false);
         }
-    } else {
-        QStyledItemDelegate::setModelData(editor, model, index);
+        return;
     }
+    const bool known = editor->property(loadedStateProperty).isValid();
+    if (known && editorState(editor) == editor->property(loadedStateProperty))
+        return; // untouched
+    if (!refusal(editor).isEmpty())
+        return; // no value to write (left with an incomplete address)
+    if (auto *spin = qobject_cast<QtOrbSpinBoxVal64 *>(editor)) {
+        // The box commits typed text on Enter through its own event filter,
+        // which runs after this delegate's: commit it here so that what the
+        // user typed is what gets written.
+        spin->commitText();
+    } else if (auto *doubleSpin = qobject_cast<QDoubleSpinBox *>(editor)) {
+        doubleSpin->interpretText();
+    }
+    const QVariant value = editorValue(editor);
+    if (!value.isValid()) {
+        QStyledItemDelegate::setModelData(editor, model, index);
+        return;
+    }
+    if (known && value == editor->property(loadedValueProperty))
+        return; // changed and changed back
+    model->setData(index, value, Qt::EditRole);
+    editor->setProperty(loadedStateProperty, editorState(editor));
+    editor->setProperty(loadedValueProperty, value);
 }
 
 void GenParamDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,

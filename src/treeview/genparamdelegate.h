@@ -6,10 +6,15 @@
 namespace OrbGui {
 
 // Edits the value column of the parameter tree with the editor the model
-// hands out (ControlDataRole), with commit rules per editor kind: a combo
-// box writes at once and closes, a command button executes once per click
-// and never on close, spin boxes and line edits commit on Enter or when the
-// user clicks anywhere else.
+// hands out (ControlDataRole). Nothing is written that the user did not
+// choose: a combo box writes when the user picks an entry (keys that would
+// step through it open its list instead), a command button executes once
+// per click and never on close, spin boxes and line edits commit on Enter
+// or when the user clicks anywhere else, and an editor whose value the user
+// did not change writes nothing. The mouse wheel over an editor scrolls the
+// tree and never changes a value. Text that is no value (an empty or
+// incomplete address) is refused on Enter with the reason, and the editor
+// stays open.
 class GenParamDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -38,6 +43,9 @@ public:
     };
 
     void captureMouseForEditor(QWidget *editor) const;
+
+protected:
+    bool eventFilter(QObject *editor, QEvent *event) override;
 };
 
 } // namespace OrbGui

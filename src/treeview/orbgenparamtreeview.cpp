@@ -12,12 +12,20 @@
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QApplication>
+#include <QGuiApplication>
 #include <QItemSelectionModel>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QScreen>
 #include <QSplitter>
 #include <QTextBrowser>
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <cctype>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -57,6 +65,9 @@ public:
     void errorDisappeared(const QModelIndex &index, const QString &name, int id);
     void repaintRow(const QModelIndex &sourceIndex);
     void showErrors();
+    void fitNameColumn();
+    void updateNoMatch();
+    bool treeKeyPress(QKeyEvent *event);
     GenParamTreeVisibilityFilterProxyModel *proxy() const;
 
     OrbGenParamTreeView *const q_ptr;
@@ -72,7 +83,32 @@ public:
     QCheckBox *checkBoxWhole = nullptr;
     QTimer *pollTimer = nullptr;
     INodeMap *nodeMap = nullptr;
+    QLabel *noMatch = nullptr;
+    QObject *treeKeys = nullptr;
 };
+
+namespace {
+
+// Gives the tree's key presses to the view first.
+class TreeKeys : public QObject {
+public:
+    explicit TreeKeys(OrbGenParamTreeViewPrivate *view)
+        : QObject(view->ui.treeView)
+        , m_view(view)
+    {
+        view->ui.treeView->installEventFilter(this);
+    }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        return event->type() == QEvent::KeyPress
+            && m_view->treeKeyPress(static_cast<QKeyEvent *>(event));
+    }
+
+private:
+    OrbGenParamTreeViewPrivate *m_view;
+};
+
+} // namespace
 
 void OrbGenParamTreeViewPrivate::Init(OrbGenParamTreeView *view, INodeMap *map)
 {
@@ -82,10 +118,27 @@ void OrbGenParamTreeViewPrivate::Init(OrbGenParamTreeView *view, INodeMap *map)
     splitter->addWidget(ui.treeView);
     splitter->addWidget(ui.whatsThisLabel);
     splitter->setChildrenCollapsible(false);
-    QList<int> sizes = splitter->sizes();
-    for (int i = 0; i < sizes.size(); ++i)
-        sizes[i] = i == 0 ? 1000 : 10;
-    splitter->setSizes(sizes);
+    // The description pane starts at a quarter of the height, not at its
+    // minimum: a few lines cut most descriptions.
+    splitter->setStretchFactor(0, 3);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({ 750, 250 });
+
+    // Deliberate deviations from the form, for users who browse with the
+    // keyboard and hosts that embed the view: moving the current cell never
+    // opens an editor (an editor opened in passing wrote what the arrow keys
+    // met), and the header stays visible so that the column border can be
+    // found.
+    ui.treeView->setEditTriggers(QAbstractItemView::DoubleClicked
+                                 | QAbstractItemView::SelectedClicked
+                                 | QAbstractItemView::EditKeyPressed);
+    ui.treeView->setHeaderHidden(false);
+    treeKeys = new TreeKeys(this);
+    noMatch = new QLabel(OrbGenParamTreeView::tr("No matching features"), ui.treeView);
+    noMatch->setObjectName(QStringLiteral("noMatchLabel"));
+    noMatch->setAlignment(Qt::AlignCenter);
+    noMatch->setEnabled(false);
+    noMatch->hide();
 
     // The filter widgets exist before the first model is wired to them, so
     // that the option check boxes work from the start.
@@ -97,8 +150,7 @@ void OrbGenParamTreeViewPrivate::Init(OrbGenParamTreeView *view, INodeMap *map)
     auto *resizer = new TreeViewResizer(ui.treeView);
     QObject::connect(resizer, &TreeViewResizer::showed, view, [this, resizer] {
         if (!columnWidthRestored)
-            ui.treeView->setColumnWidth(
-                0, (ui.treeView->columnWidth(0) + ui.treeView->columnWidth(1)) >> 1);
+            fitNameColumn();
         QObject::disconnect(resizer, nullptr, nullptr, nullptr); // the first show only
     });
 
@@ -197,8 +249,10 @@ void OrbGenParamTreeViewPrivate::setModel(INodeMap *map)
             filter->invalidate();
         });
     }
-    QObject::connect(ui.pbExpandAll, &QToolButton::clicked, tree, &QTreeView::expandAll);
-    QObject::connect(ui.pbCollapseAll, &QToolButton::clicked, tree, &QTreeView::collapseAll);
+    QObject::connect(ui.pbExpandAll, &QToolButton::clicked, tree, &QTreeView::expandAll,
+                     Qt::UniqueConnection);
+    QObject::connect(ui.pbCollapseAll, &QToolButton::clicked, tree, &QTreeView::collapseAll,
+                     Qt::UniqueConnection);
     QObject::connect(model, &GenParamTreeModel::errorAppeared, q,
                      [this](const QModelIndex &index, const QString &name, const QString &message,
                             int id) { errorAppeared(index, name, message, id); });
@@ -215,6 +269,89 @@ void OrbGenParamTreeViewPrivate::setModel(INodeMap *map)
                      [this](const QModelIndex &parent) { setSpanForChildren(parent); });
     QObject::connect(filter, &QAbstractItemModel::layoutChanged, q,
                      [this] { setSpanForChildren(QModelIndex()); });
+    for (auto signal : { &QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved })
+        QObject::connect(filter, signal, q, [this] { updateNoMatch(); });
+    QObject::connect(filter, &QAbstractItemModel::layoutChanged, q, [this] { updateNoMatch(); });
+    QObject::connect(filter, &QAbstractItemModel::modelReset, q, [this] { updateNoMatch(); });
+    updateNoMatch();
+}
+
+// Wide enough for the longest name (at its depth), within three fifths of
+// the tree, so that the value column keeps room. The spec'd first-show rule
+// (half of both columns) cut long names on every real description.
+void OrbGenParamTreeViewPrivate::fitNameColumn()
+{
+    QTreeView *tree = ui.treeView;
+    QAbstractItemModel *model = tree->model();
+    if (!model)
+        return;
+    const QFontMetrics metrics(tree->font());
+    int widest = 0;
+    std::function<void(const QModelIndex &, int)> walk = [&](const QModelIndex &parent, int depth) {
+        for (int row = 0; row < model->rowCount(parent); ++row) {
+            const QModelIndex index = model->index(row, 0, parent);
+            const QString text = index.data(Qt::DisplayRole).toString();
+            if (!tree->isFirstColumnSpanned(row, parent))
+                widest
+                    = qMax(widest, metrics.horizontalAdvance(text) + depth * tree->indentation());
+            walk(index, depth + 1);
+        }
+    };
+    walk(QModelIndex(), 1);
+    const int available = tree->viewport()->width();
+    tree->setColumnWidth(0, qBound(available / 4, widest + 16, available * 3 / 5));
+}
+
+void OrbGenParamTreeViewPrivate::updateNoMatch()
+{
+    QAbstractItemModel *model = ui.treeView->model();
+    const bool none = model && !ui.filterLineEdit->text().isEmpty() && model->rowCount() == 0;
+    if (none) {
+        noMatch->setGeometry(ui.treeView->viewport()->geometry());
+        noMatch->raise();
+    }
+    noMatch->setVisible(none);
+}
+
+bool OrbGenParamTreeViewPrivate::treeKeyPress(QKeyEvent *event)
+{
+    QTreeView *tree = ui.treeView;
+    // Keys that an open editor passes on are not for the tree.
+    if (QApplication::focusWidget() != tree || !tree->model())
+        return false;
+    const QModelIndex current = tree->currentIndex();
+    if (!current.isValid())
+        return false;
+    const QModelIndex value = current.sibling(current.row(), 1);
+    const bool category = tree->isFirstColumnSpanned(current.row(), current.parent());
+    switch (event->key()) {
+    case Qt::Key_F2:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (category) {
+            tree->setExpanded(current.sibling(current.row(), 0), !tree->isExpanded(current));
+            return true;
+        }
+        if (!(value.flags() & Qt::ItemIsEditable))
+            return false;
+        tree->setCurrentIndex(value);
+        tree->edit(value);
+        return true;
+    case Qt::Key_Right:
+    case Qt::Key_Tab:
+        // From a feature's name to its value; from the value on, Tab leaves.
+        if (category || current.column() != 0 || event->modifiers() != Qt::NoModifier)
+            return false;
+        tree->setCurrentIndex(value);
+        return true;
+    case Qt::Key_Left:
+        if (current.column() != 1)
+            return false;
+        tree->setCurrentIndex(current.sibling(current.row(), 0));
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool OrbGenParamTreeViewPrivate::isCategory(const QModelIndex &index) const
@@ -329,6 +466,7 @@ void OrbGenParamTreeViewPrivate::showErrors()
     QDialog dialog(ui.pbStatus);
     dialog.setObjectName(QStringLiteral("GenErrorsDlg"));
     dialog.resize(400, 171);
+    dialog.setSizeGripEnabled(true);
     dialog.setWindowTitle(QCoreApplication::translate("GenErrorsDlg", "Gen<i>Cam errors"));
     auto *layout = new QVBoxLayout(&dialog);
     layout->setObjectName(QStringLiteral("verticalLayout"));
@@ -345,6 +483,17 @@ void OrbGenParamTreeViewPrivate::showErrors()
         for (const auto &[id, message] : ids)
             content += QStringLiteral("{%1}{id:%3}: %2 \n").arg(name, message).arg(id);
     text->setPlainText(errors.empty() ? QStringLiteral("No Errors") : content);
+    // Large enough for its text (within most of the screen), never smaller
+    // than the form's 400 x 171: long messages were cut.
+    const QFontMetrics metrics(text->font());
+    int widest = 0;
+    const QStringList lines = text->toPlainText().split(QLatin1Char('\n'));
+    for (const QString &line : lines)
+        widest = qMax(widest, metrics.horizontalAdvance(line));
+    const QSize textSize(widest + 80, lines.size() * metrics.lineSpacing() + 120);
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    dialog.resize(qBound(400, textSize.width(), screen.width() * 2 / 3),
+                  qBound(171, textSize.height(), screen.height() * 2 / 3));
     dialog.exec();
 }
 
@@ -432,38 +581,60 @@ const char *OrbGenParamTreeView::saveState() const
     return d->stateText.c_str();
 }
 
+// A state the view did not write (edited by hand, cut short, from another
+// version) changes nothing unless every keyed field in it is well formed: a
+// level out of range would leave the tree empty, and a malformed number is
+// refused here rather than thrown into the host.
 void OrbGenParamTreeView::loadState(const char *state)
 {
     Q_D(OrbGenParamTreeView);
     QAbstractItemModel *model = d->ui.treeView->model();
     if (!state || !*state || !model)
         return;
+    const std::string text = state;
+    // The category paths run to the first key; only they name categories
+    // (a category named "S" must not match the splitter's key).
+    const std::string paths = text.substr(0, text.find("&amp;"));
+
+    // Each key's value runs to the next "&" or to the end.
+    auto valueAfter = [&text](const std::string &key) {
+        const size_t at = text.find(key);
+        if (at == std::string::npos)
+            return std::string();
+        const size_t start = at + key.size();
+        return text.substr(start, text.find('&', start) - start);
+    };
+    auto isNumber = [](const std::string &value, int base) {
+        return !value.empty() && value.size() <= 9
+            && std::all_of(value.begin(), value.end(), [base](char c) {
+                   return base == 16 ? std::isxdigit(static_cast<unsigned char>(c)) != 0
+                                     : std::isdigit(static_cast<unsigned char>(c)) != 0;
+               });
+    };
+    const std::string width = valueAfter(keyWidth);
+    const std::string level = valueAfter(keyVisibility);
+    const std::string splitter = valueAfter(keySplitter);
+    if ((!width.empty() && !isNumber(width, 10)) || (!level.empty() && !isNumber(level, 10))
+        || (!level.empty() && std::stoi(level) > int(Guru))
+        || (!splitter.empty()
+            && (splitter.size() % 2 != 0
+                || !std::all_of(splitter.begin(), splitter.end(), [](char c) {
+                       return std::isxdigit(static_cast<unsigned char>(c)) != 0;
+                   }))))
+        return;
+
     d->stateText = state;
-    const std::string text = d->stateText;
     const QModelIndex root = d->ui.treeView->rootIndex();
     for (int row = 0; row < model->rowCount(root); ++row)
-        d->loadState(model->index(row, 0, root), QString(), text);
-
-    // Each key's value runs to the next key; std::stoi stops at the "&".
-    auto valueAfter = [&text](const std::string &key, std::string &value) {
-        const size_t at = text.find(key);
-        if (at == std::string::npos || at + key.size() >= text.size())
-            return false;
-        value = text.substr(at + key.size());
-        return true;
-    };
-    std::string value;
-    if (valueAfter(keyWidth, value)) {
-        const int width = std::stoi(value);
-        if (width != 0) {
-            d->ui.treeView->setColumnWidth(0, width);
-            d->columnWidthRestored = true;
-        }
+        d->loadState(model->index(row, 0, root), QString(), paths);
+    if (!width.empty() && std::stoi(width) != 0) {
+        d->ui.treeView->setColumnWidth(0, std::stoi(width));
+        d->columnWidthRestored = true;
     }
-    if (valueAfter(keyVisibility, value))
-        d->ui.cbVisibility->setCurrentIndex(std::stoi(value));
-    if (valueAfter(keySplitter, value))
-        d->splitter->restoreState(QByteArray::fromHex(QByteArray::fromStdString(value)));
+    if (!level.empty())
+        d->ui.cbVisibility->setCurrentIndex(std::stoi(level));
+    if (!splitter.empty())
+        d->splitter->restoreState(QByteArray::fromHex(QByteArray::fromStdString(splitter)));
 }
 
 void OrbGenParamTreeView::setPollingTime(unsigned long milliseconds)
@@ -491,6 +662,28 @@ bool OrbGenParamTreeView::isPollingEnabled()
 {
     Q_D(OrbGenParamTreeView);
     return d->pollTimer->isActive();
+}
+
+// Escape never rejects the view: a top-level view would close under the
+// user's hand, and an embedded one would hide for good from its host. In
+// the filter field it clears the filter; an open editor takes its own
+// Escape before this.
+void OrbGenParamTreeView::keyPressEvent(QKeyEvent *event)
+{
+    Q_D(OrbGenParamTreeView);
+    if (event->key() != Qt::Key_Escape) {
+        QDialog::keyPressEvent(event);
+        return;
+    }
+    if (d->ui.filterLineEdit->hasFocus())
+        d->ui.filterLineEdit->clear();
+    event->accept();
+}
+
+void OrbGenParamTreeView::resizeEvent(QResizeEvent *event)
+{
+    QDialog::resizeEvent(event);
+    d_func()->updateNoMatch();
 }
 
 QTreeView *OrbGenParamTreeView::treeView() const

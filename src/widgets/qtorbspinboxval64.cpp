@@ -68,6 +68,7 @@ public:
     bool steppingActive = false;
     bool textDirty = false;
     bool buttonTracking = true;
+    bool clampTyped = false;
     Int64Validator validator;
     mutable QSize cachedSizeHint;
     mutable QSize cachedMinimumSizeHint;
@@ -122,7 +123,9 @@ bool QtOrbSpinBoxVal64Private::commitTypedText(bool discard)
     if (displayIntegerBase == 10)
         number.remove(q->locale().groupSeparator());
     bool ok = false;
-    const qlonglong v = number.toLongLong(&ok, displayIntegerBase);
+    qlonglong v = number.toLongLong(&ok, displayIntegerBase);
+    if (ok && clampTyped)
+        v = qBound(minimum, v, maximum);
     if (ok && !discard && v >= minimum && v <= maximum) {
         commit(v);
         return true;
@@ -393,6 +396,15 @@ void QtOrbSpinBoxVal64::setValue(qlonglong value)
     d_func()->commit(value);
 }
 
+bool QtOrbSpinBoxVal64::clampTyped() const
+{
+    return d_func()->clampTyped;
+}
+void QtOrbSpinBoxVal64::setClampTyped(bool clamp)
+{
+    d_func()->clampTyped = clamp;
+}
+
 bool QtOrbSpinBoxVal64::commitText()
 {
     return d_func()->commitTypedText(false);
@@ -414,7 +426,14 @@ QValidator::State QtOrbSpinBoxVal64::validate(QString &input, int &pos) const
 {
     Q_D(const QtOrbSpinBoxVal64);
     QString number = d->numberPart(input);
-    return d->validator.validate(number, pos);
+    const QValidator::State state = d->validator.validate(number, pos);
+    if (state == QValidator::Invalid && d->clampTyped) {
+        bool ok = false;
+        number.toLongLong(&ok, d->displayIntegerBase);
+        if (ok) // a number beyond the range: limited when committed
+            return QValidator::Intermediate;
+    }
+    return state;
 }
 
 void QtOrbSpinBoxVal64::fixup(QString &) const { }

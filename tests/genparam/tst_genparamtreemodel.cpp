@@ -204,8 +204,9 @@ void tst_GenParamTreeModel::display_data()
                              << "False";
     QTest::newRow("command") << "AcquisitionStart"
                              << "Execute";
+    // The register holds 0xBEEF (written by the test), so that case shows.
     QTest::newRow("hex") << "PacketSize"
-                         << "0";
+                         << "BEEF";
     QTest::newRow("not implemented") << "Missing"
                                      << "<Value not available>";
     QTest::newRow("not available") << "Unavailable"
@@ -227,6 +228,8 @@ void tst_GenParamTreeModel::display()
     QFETCH(QString, feature);
     QFETCH(QString, text);
     TestDevice device;
+    const quint32 packetSize = 0xBEEF;
+    device.port.Write(&packetSize, 0x114, 4);
     GenParamTreeModel model(static_cast<GenApi::INodeMap *>(device.map));
     QCOMPARE(valueCell(model, feature).data(Qt::DisplayRole).toString(), text);
 }
@@ -313,7 +316,9 @@ void tst_GenParamTreeModel::editors_data()
     QTest::newRow("IPv4 gets a line edit")
         << "GevCurrentSubnetMask" << int(ControlData::LineEdit) << "QLineEdit";
     QTest::newRow("list of integers") << "Binning" << int(ControlData::ComboBox) << "QComboBox";
-    QTest::newRow("float") << "Gain" << int(ControlData::DoubleSpinBox) << "QDoubleSpinBox";
+    // Its own spin box, which lets a number beyond the range be typed.
+    QTest::newRow("float") << "Gain" << int(ControlData::DoubleSpinBox)
+                           << "OrbGui::FeatureDoubleSpinBox";
     QTest::newRow("list of floats") << "Rates" << int(ControlData::ComboBox) << "QComboBox";
     QTest::newRow("boolean") << "ReverseX" << int(ControlData::ComboBox) << "QComboBox";
     QTest::newRow("command") << "AcquisitionStart" << int(ControlData::PushButton) << "QPushButton";
@@ -505,9 +510,21 @@ void tst_GenParamTreeModel::whatsThis()
         = find(model, QStringLiteral("Binning")).data(Qt::WhatsThisRole).toString();
     QVERIFY2(binning.contains(QStringLiteral("<i>Valid values</i>: 1,2,4")), qPrintable(binning));
     const QString gain = find(model, QStringLiteral("Gain")).data(Qt::WhatsThisRole).toString();
-    QVERIFY2(
-        gain.contains(QStringLiteral("<i>Limits</i>: Min: 0, Max: 24<br /><i>Increment</i>: 0.5")),
-        qPrintable(gain));
+    // Fixed notation with the display precision, as the value shows.
+    QVERIFY2(gain.contains(QStringLiteral(
+                 "<i>Limits</i>: Min: 0.00, Max: 24.00<br /><i>Increment</i>: 0.50")),
+             qPrintable(gain));
+
+    // One decimal over 0 to 20 read "Max: 2e+01" in 'g' notation.
+    GenApi::CNodeMapRef small;
+    small._LoadXMLFromString(
+        "<RegisterDescription><Category Name=\"Root\"><pFeature>G</pFeature></Category>"
+        "<Float Name=\"G\"><Value>1</Value><Min>0</Min><Max>20</Max>"
+        "<DisplayPrecision>1</DisplayPrecision></Float></RegisterDescription>");
+    GenParamTreeModel smallModel(static_cast<GenApi::INodeMap *>(small));
+    const QString limits = find(smallModel, QStringLiteral("G")).data(Qt::WhatsThisRole).toString();
+    QVERIFY2(limits.contains(QStringLiteral("<i>Limits</i>: Min: 0.0, Max: 20.0")),
+             qPrintable(limits));
     QVERIFY(!find(model, QStringLiteral("Advanced"))
                  .data(Qt::WhatsThisRole)
                  .toString()

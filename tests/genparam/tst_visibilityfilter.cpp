@@ -92,21 +92,37 @@ void tst_VisibilityFilter::nameFilter_data()
     QTest::addColumn<bool>("wholeWords");
     QTest::addColumn<bool>("caseSensitive");
     QTest::addColumn<QStringList>("features"); // visible leaves under Acquisition Control
-    QTest::newRow("default shows all")
-        << "*" << false << false
-        << names("Exposure Time,Gain,Analog Gain,Binning,Rates,ReverseX,AcquisitionStart,Trigger "
-                 "Mode,User Name,PacketSize,Temperature,Unavailable,WriteOnly");
-    QTest::newRow("empty pattern shows all")
-        << "" << true << false
-        << names("Exposure Time,Gain,Analog Gain,Binning,Rates,ReverseX,AcquisitionStart,Trigger "
-                 "Mode,User Name,PacketSize,Temperature,Unavailable,WriteOnly");
-    QTest::newRow("Gain* anywhere") << "Gain*" << false << false << names("Gain,Analog Gain");
-    QTest::newRow("Gain* whole") << "Gain*" << true << false << names("Gain");
-    QTest::newRow("case-insensitive") << "gain" << false << false << names("Gain,Analog Gain");
-    QTest::newRow("case-sensitive") << "gain" << false << true << QStringList();
-    QTest::newRow("display name, not node name") << "User*" << true << false << names("User Name");
-    QTest::newRow("node name does not count") << "DeviceUserID" << false << false << QStringList();
-    QTest::newRow("single character wildcard") << "Ra?es" << true << false << names("Rates");
+    QTest::addColumn<QStringList>("categories"); // visible top-level categories
+    const QStringList all = names("Exposure Time,Gain,Analog Gain,Binning,Rates,ReverseX,"
+                                  "AcquisitionStart,Trigger Mode,User Name,PacketSize,"
+                                  "Temperature,Unavailable,WriteOnly");
+    const QStringList every = names("Acquisition Control,Network,Empty");
+    const QStringList acquisition = names("Acquisition Control");
+    QTest::newRow("default shows all") << "*" << false << false << all << every;
+    QTest::newRow("empty pattern shows all") << "" << true << false << all << every;
+    QTest::newRow("Gain* anywhere")
+        << "Gain*" << false << false << names("Gain,Analog Gain") << acquisition;
+    // Whole words: the whole name or one of its words.
+    QTest::newRow("Gain* whole") << "Gain*" << true << false << names("Gain,Analog Gain")
+                                 << acquisition;
+    QTest::newRow("gain whole") << "gain" << true << false << names("Gain,Analog Gain")
+                                << acquisition;
+    QTest::newRow("part of a word is no whole word")
+        << "gai" << true << false << QStringList() << QStringList();
+    QTest::newRow("two words whole")
+        << "analog gain" << true << false << names("Analog Gain") << acquisition;
+    QTest::newRow("case-insensitive")
+        << "gain" << false << false << names("Gain,Analog Gain") << acquisition;
+    // Nothing matches: no category is left standing empty.
+    QTest::newRow("case-sensitive") << "gain" << false << true << QStringList() << QStringList();
+    QTest::newRow("display name, not node name")
+        << "User*" << true << false << names("User Name") << acquisition;
+    QTest::newRow("node name does not count")
+        << "DeviceUserID" << false << false << QStringList() << QStringList();
+    QTest::newRow("single character wildcard")
+        << "Ra?es" << true << false << names("Rates") << acquisition;
+    QTest::newRow("a match in another category")
+        << "Gev*" << false << false << QStringList() << names("Network");
 }
 
 void tst_VisibilityFilter::nameFilter()
@@ -115,6 +131,7 @@ void tst_VisibilityFilter::nameFilter()
     QFETCH(bool, wholeWords);
     QFETCH(bool, caseSensitive);
     QFETCH(QStringList, features);
+    QFETCH(QStringList, categories);
     TestDevice device;
     GenParamTreeModel model(static_cast<GenApi::INodeMap *>(device.map));
     GenParamTreeVisibilityFilterProxyModel proxy;
@@ -122,18 +139,22 @@ void tst_VisibilityFilter::nameFilter()
     proxy.wholeWords = wholeWords;
     proxy.filterRegExp.setCaseSensitivity(caseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive);
     proxy.setFilterText(pattern);
+    QStringList topLevel;
     QStringList leaves;
-    const QModelIndex acquisition = proxy.index(0, 0);
-    QCOMPARE(acquisition.data().toString(), QStringLiteral("Acquisition Control"));
-    for (int row = 0; row < proxy.rowCount(acquisition); ++row) {
-        const QModelIndex index = proxy.index(row, 0, acquisition);
-        if (proxy.rowCount(index) == 0
-            && !index.data().toString().contains(QStringLiteral("Settings")))
-            leaves << index.data().toString();
+    for (int top = 0; top < proxy.rowCount(); ++top) {
+        const QModelIndex category = proxy.index(top, 0);
+        topLevel << category.data().toString();
+        if (category.data().toString() != QLatin1String("Acquisition Control"))
+            continue;
+        for (int row = 0; row < proxy.rowCount(category); ++row) {
+            const QModelIndex index = proxy.index(row, 0, category);
+            if (proxy.rowCount(index) == 0
+                && !index.data().toString().contains(QStringLiteral("Settings")))
+                leaves << index.data().toString();
+        }
     }
     QCOMPARE(leaves, features);
-    // Categories stay visible whatever the name filter says.
-    QCOMPARE(proxy.rowCount(), 3);
+    QCOMPARE(topLevel, categories);
 }
 
 void tst_VisibilityFilter::proxyPassesModelTests()

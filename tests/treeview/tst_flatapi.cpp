@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QPointer>
+#include <QProcess>
 #include <QTreeView>
 #include <QWindow>
 #include <QtTest>
@@ -80,25 +81,73 @@ void tst_FlatApi::titles()
         DestroyGenParamTreeView(view);
 }
 
+// The X window tree below a window as xwininfo prints it: ids, names and
+// geometry of every child, so any re-parenting, move or resize shows.
+QString windowTree(WId window)
+{
+    QProcess xwininfo;
+    xwininfo.start(QStringLiteral("xwininfo"),
+                   { QStringLiteral("-tree"), QStringLiteral("-id"),
+                     QStringLiteral("0x") + QString::number(window, 16) });
+    if (!xwininfo.waitForFinished(10000) || xwininfo.exitCode() != 0)
+        return QStringLiteral("xwininfo failed: ")
+            + QString::fromLocal8Bit(xwininfo.readAllStandardError());
+    return QString::fromLocal8Bit(xwininfo.readAllStandardOutput());
+}
+
+QString transientFor(WId window)
+{
+    QProcess xprop;
+    xprop.start(QStringLiteral("xprop"),
+                { QStringLiteral("-id"), QStringLiteral("0x") + QString::number(window, 16),
+                  QStringLiteral("WM_TRANSIENT_FOR") });
+    xprop.waitForFinished(10000);
+    return QString::fromLocal8Bit(xprop.readAllStandardOutput());
+}
+
 void tst_FlatApi::foreignParentWindow()
 {
-    // A real native window of another toolkit would do the same: all the
-    // entry points get is its X11 window id.
-    QWindow host;
-    host.resize(400, 300);
-    host.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    // The host: a top-level window with a native child window (a canvas of
+    // another toolkit would be the same), whose X11 id is all the entry
+    // points get.
+    QWidget top;
+    top.resize(600, 500);
+    auto *canvas = new QWidget(&top);
+    canvas->setGeometry(40, 30, 400, 300);
+    canvas->setAttribute(Qt::WA_NativeWindow);
+    top.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&top));
+    const WId canvasId = canvas->winId();
+    const QString before = windowTree(top.winId());
+    QVERIFY2(before.contains(QStringLiteral("0x") + QString::number(canvasId, 16)),
+             qPrintable(before));
+
     OrbGui::IOrbGenParamTreeView *view = CreateGenParamTreeViewForNodemapA(
-        map, "Embedded", static_cast<unsigned long>(host.winId()));
+        map, "Over the host", static_cast<unsigned long>(canvasId));
     QDialog *dialog = asDialog(view);
-    QWidget *container = dialog->parentWidget();
-    QVERIFY(container);
-    QCOMPARE(QString::fromLatin1(container->metaObject()->className()),
-             QStringLiteral("QWindowContainer"));
-    QVERIFY(dialog->isVisible());
-    QPointer<QWidget> watch(container);
+    QVERIFY(dialog->isWindow());
+    QVERIFY(!dialog->parentWidget());
+    QVERIFY(QTest::qWaitForWindowExposed(dialog));
+    // The host's windows are exactly where they were...
+    QCOMPARE(windowTree(top.winId()), before);
+    QVERIFY(canvas->isVisible());
+    // ...and the view stays above the host's window, centred on it.
+    QVERIFY(dialog->windowHandle()->transientParent());
+    QCOMPARE(dialog->windowHandle()->transientParent()->winId(), canvasId);
+    QVERIFY2(transientFor(dialog->winId())
+                 .contains(QStringLiteral("0x") + QString::number(canvasId, 16)),
+             qPrintable(transientFor(dialog->winId())));
+    const QPoint hostCentre = canvas->mapToGlobal(canvas->rect().center());
+    QTRY_VERIFY2((dialog->geometry().center() - hostCentre).manhattanLength() <= 4,
+                 qPrintable(QStringLiteral("view centre %1,%2, host centre %3,%4")
+                                .arg(dialog->geometry().center().x())
+                                .arg(dialog->geometry().center().y())
+                                .arg(hostCentre.x())
+                                .arg(hostCentre.y())));
+
     DestroyGenParamTreeView(view);
-    QTRY_VERIFY(watch.isNull()); // the container goes with the view
+    QCoreApplication::processEvents();
+    QCOMPARE(windowTree(top.winId()), before);
 }
 
 void tst_FlatApi::arrayForms()
@@ -123,7 +172,12 @@ void tst_FlatApi::arrayForms()
 
 void tst_FlatApi::destroyNullIsHarmless()
 {
+    OrbGui::IOrbGenParamTreeView *view = CreateGenParamTreeViewForNodemapA(map, "Kept", 0);
+    const int windows = QApplication::topLevelWidgets().size();
     DestroyGenParamTreeView(nullptr);
+    QCOMPARE(QApplication::topLevelWidgets().size(), windows);
+    QVERIFY(asDialog(view)->isVisible());
+    DestroyGenParamTreeView(view);
 }
 
 QTEST_APPLESS_MAIN(tst_FlatApi)
