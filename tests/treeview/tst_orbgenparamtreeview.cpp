@@ -762,10 +762,13 @@ void tst_OrbGenParamTreeView::navigationNeverWrites()
 {
     Fixture f;
     QVERIFY(f.show());
-    f.setCurrentName(QStringLiteral("ReverseX"));
+    // From a value cell, over lists, a boolean and an enumeration.
+    f.setCurrentName(QStringLiteral("AnalogGain"));
+    f.tree()->setCurrentIndex(f.value(QStringLiteral("AnalogGain")));
     const QStringList before = f.snapshot();
-    for (Qt::Key key : { Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down,
-                         Qt::Key_Up, Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End }) {
+    for (Qt::Key key :
+         { Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down,
+           Qt::Key_Up, Qt::Key_Left, Qt::Key_Down, Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End }) {
         QTest::keyClick(f.tree(), key);
         QCOMPARE(QApplication::focusWidget(), static_cast<QWidget *>(f.tree()));
     }
@@ -1091,7 +1094,8 @@ void tst_OrbGenParamTreeView::keysAreNoCategories()
 // tree's width), wherever it sits in the tree.
 void tst_OrbGenParamTreeView::firstShowFitsNames()
 {
-    const QString longName = QStringLiteral("Sensor Readout Timing Adjustment Offset");
+    const QString longName
+        = QStringLiteral("Sensor Readout Timing Adjustment Offset For The Second Exposure");
     Fixture f(xmlFile("<Category Name=\"Root\"><pFeature>A</pFeature></Category>"
                       "<Category Name=\"A\"><pFeature>B</pFeature></Category>"
                       "<Category Name=\"B\"><pFeature>X</pFeature></Category>"
