@@ -127,8 +127,10 @@ int tree(QApplication &app, const QCommandLineParser &options)
 
 // The camera's integer feature `name` drives a widget with the integer
 // range/value interface of the slider widgets: range, increment and value
-// come from the camera, and every value the widget announces is written
-// back. A refused write shows its reason and puts the camera's value back.
+// come from the camera and follow it (Offset X's maximum moves with the
+// width), and every value the widget announces is written back. A refused
+// write shows its reason and puts the camera's value back. Following the
+// camera never writes to it: the widget is quiet while it is brought in line.
 template <class Widget>
 void bindInteger(Widget *widget, GenApi::INodeMap *map, const char *name, QLabel *status)
 {
@@ -137,9 +139,27 @@ void bindInteger(Widget *widget, GenApi::INodeMap *map, const char *name, QLabel
         widget->setEnabled(false);
         return;
     }
-    widget->setRange(static_cast<int>(feature->GetMin()), static_cast<int>(feature->GetMax()));
-    widget->setSingleStep(static_cast<int>(feature->GetInc()));
-    widget->setValue(static_cast<int>(feature->GetValue()));
+    auto follow = [widget, feature, status]() mutable {
+        try {
+            const QSignalBlocker quiet(widget);
+            widget->setRange(static_cast<int>(feature->GetMin()),
+                             static_cast<int>(feature->GetMax()));
+            widget->setSingleStep(static_cast<int>(feature->GetInc()));
+            widget->setValue(static_cast<int>(feature->GetValue()));
+        } catch (const GenICam::GenericException &e) {
+            status->setText(QString::fromUtf8(e.GetDescription()));
+        }
+    };
+    follow();
+    // The camera calls back on the thread that made the change; the widget
+    // is brought in line on its own thread.
+    const GenApi::CallbackHandleType handle = GenApi::Register(
+        feature->GetNode(),
+        [widget, follow](GenApi::INode *) {
+            QMetaObject::invokeMethod(widget, follow, Qt::QueuedConnection);
+        },
+        GenApi::cbPostOutsideLock);
+    QObject::connect(widget, &QObject::destroyed, [handle] { GenApi::Deregister(handle); });
     QObject::connect(widget, QOverload<int>::of(&Widget::valueChanged), widget,
                      [widget, feature, name, status](int value) mutable {
                          try {
