@@ -29,6 +29,10 @@ private Q_SLOTS:
     void customSetUp();
     void badSetUps_data();
     void badSetUps();
+    void interfacesWalkedFromManyThreads();
+    void selectionHeldAgainstDiscovery();
+    void accessStatusSetBySimulation_data();
+    void accessStatusSetBySimulation();
 };
 
 void tst_OrbCamDiscovery::cleanup()
@@ -401,3 +405,118 @@ void tst_OrbCamDiscovery::badSetUps()
 
 QTEST_GUILESS_MAIN(tst_OrbCamDiscovery)
 #include "tst_orbcam_discovery.moc"
+
+// Every thread walks its own list: walks at once never disturb each other.
+void tst_OrbCamDiscovery::interfacesWalkedFromManyThreads()
+{
+    SystemRef sys;
+    std::atomic<int> wrong { 0 };
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&sys, &wrong] {
+            for (int walk = 0; walk < 5000; ++walk) {
+                OrbCam::InterfaceList *list = sys.system->GetInterfaces(OrbCam::AllInterfaces);
+                size_t seen = 0;
+                for (OrbCam::Interface *i = list->First(); i; i = list->Next())
+                    ++seen;
+                if (seen != 3 || list->Size() != 3)
+                    ++wrong;
+            }
+        });
+    for (std::thread &thread : threads)
+        thread.join();
+    QCOMPARE(wrong.load(), 0);
+}
+
+// A camera selected with DeviceSelector under the interface's lock is the
+// camera whose features are read, while discovery on another thread keeps
+// renumbering the cameras.
+void tst_OrbCamDiscovery::selectionHeldAgainstDiscovery()
+{
+    SystemRef sys;
+    const auto cameras = sys.cameras("GEV0");
+    QCOMPARE(cameras.size(), size_t(2));
+    OrbCam::DeviceInfo *first = cameras[0];
+    OrbCam::DeviceInfo *second = cameras[1];
+    OrbCam::Interface *gev = sys.interface("GEV0");
+    OrbGenParam::Array *params = gev->GetParams();
+    QVERIFY(params);
+    QCOMPARE(params->GetInt("DeviceSelector")->SetValue(1), OrbCamOk);
+    const int64_t secondMac = params->GetInt("GevDeviceMACAddress")->GetValue();
+
+    std::atomic<bool> stop { false };
+    std::thread discovery([&] {
+        const std::string id = first->GetID();
+        while (!stop) {
+            // The first camera comes and goes: the second moves between
+            // places 1 and 0.
+            OrbCamSim::LoseCamera(id);
+            gev->UpdateDeviceList(nullptr, 0);
+            OrbCamSim::RegainCamera(id);
+            gev->UpdateDeviceList(nullptr, 0);
+        }
+    });
+    int wrong = 0;
+    int read = 0;
+    for (int i = 0; i < 2000; ++i) {
+        gev->Lock();
+        const uint32_t place = second->GetIndex();
+        if (params->GetInt("DeviceSelector")->SetValue(place) == OrbCamOk) {
+            OrbCamErr err = OrbCamOk;
+            const int64_t mac = params->GetInt("GevDeviceMACAddress")->GetValue(&err);
+            if (err == OrbCamOk) {
+                ++read;
+                if (mac != secondMac)
+                    ++wrong;
+            }
+        }
+        gev->Unlock();
+    }
+    stop = true;
+    discovery.join();
+    QVERIFY(read > 100);
+    QCOMPARE(wrong, 0);
+}
+
+void tst_OrbCamDiscovery::accessStatusSetBySimulation_data()
+{
+    QTest::addColumn<uint32_t>("status");
+    QTest::addColumn<QString>("shown"); // DeviceAccessStatus on the interface
+    QTest::addColumn<bool>("control");
+    QTest::addColumn<bool>("monitor");
+    QTest::newRow("read-only: held by another application")
+        << uint32_t(OrbCam::AccessReadOnly) << "ReadOnly" << false << true;
+    QTest::newRow("no access") << uint32_t(OrbCam::AccessNone) << "NoAccess" << false << false;
+    QTest::newRow("back to computed") << uint32_t(0) << "ReadWrite" << true << true;
+}
+
+void tst_OrbCamDiscovery::accessStatusSetBySimulation()
+{
+    QFETCH(uint32_t, status);
+    QFETCH(QString, shown);
+    QFETCH(bool, control);
+    QFETCH(bool, monitor);
+    SystemRef sys;
+    const auto cameras = sys.cameras("GEV0");
+    OrbCam::DeviceInfo *camera = cameras.front();
+    QCOMPARE(OrbCamSim::SetAccessStatus(camera->GetID(), OrbCam::AccessReadOnly), OrbCamOk);
+    QCOMPARE(OrbCamSim::SetAccessStatus(camera->GetID(), status), OrbCamOk);
+    QCOMPARE(camera->GetAccessStatus(), status ? status : uint32_t(OrbCam::AccessReadWrite));
+    // Still listed.
+    QCOMPARE(sys.cameras("GEV0").size(), size_t(2));
+    OrbGenParam::Array *params = sys.interface("GEV0")->GetParams();
+    QCOMPARE(params->GetInt("DeviceSelector")->SetValue(camera->GetIndex()), OrbCamOk);
+    QCOMPARE(QString::fromUtf8(params->GetEnum("DeviceAccessStatus")->GetValueName()), shown);
+    {
+        DeviceRef device(camera, OrbCam::AccessControl);
+        QCOMPARE(device.device != nullptr, control);
+        if (!control)
+            QCOMPARE(device.err, OrbCamErrInvalidState);
+    }
+    {
+        DeviceRef device(camera, OrbCam::AccessMonitor);
+        QCOMPARE(device.device != nullptr, monitor);
+    }
+    QCOMPARE(OrbCamSim::SetAccessStatus(camera->GetID(), 7), OrbCamErrInvalidArgument);
+    QCOMPARE(OrbCamSim::SetAccessStatus("GEV0/nobody", 2), OrbCamErrNoDevice);
+}

@@ -107,7 +107,10 @@ OrbCam::Device *OrbCam_CreateDevice(OrbCam::DeviceInfo *info, uint32_t access, u
         camera = static_cast<SimInterface *>(sim->GetInterface())->share(sim);
         if (!camera->reachable())
             return fail(OrbCamErrNoDevice);
-        if (camera->GetAccessStatus() != OrbCam::AccessReadWrite)
+        // Held for control by another application: monitoring only.
+        const uint32_t status = camera->GetAccessStatus();
+        if (status != OrbCam::AccessReadWrite
+            && !(status == OrbCam::AccessReadOnly && access == OrbCam::AccessMonitor))
             return fail(OrbCamErrInvalidState);
         ++g.references; // an open device keeps the system alive
     }
@@ -209,6 +212,16 @@ void SetCamerasDir(const std::string &path)
 {
     std::lock_guard<std::mutex> lock(g_dirMutex);
     g_camerasDir = path;
+}
+
+OrbCamErr SetAccessStatus(const std::string &deviceId, uint32_t status)
+{
+    if (status != 0 && status != OrbCam::AccessReadOnly && status != OrbCam::AccessNone)
+        return OrbCamErrInvalidArgument;
+    return withCamera(deviceId, [status](SimSystem &, SimCamera &camera) {
+        camera.forcedStatus = status;
+        return OrbCamOk;
+    });
 }
 
 OrbCamErr AddCamera(const std::string &interfaceId, const std::string &model,

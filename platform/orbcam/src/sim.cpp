@@ -373,6 +373,8 @@ uint32_t SimCamera::GetAccessStatus() const
 {
     if (!reachable())
         return OrbCam::AccessNone;
+    if (const uint32_t forced = forcedStatus.load())
+        return forced;
     if (m_owner.GetType() == OrbCam::InterfaceGigEVision
         && (ip() & m_owner.mask()) != (m_owner.ip() & m_owner.mask()))
         return OrbCam::AccessIPSubnetMismatch;
@@ -695,7 +697,6 @@ SimSystem::SimSystem(const SystemConfig &config)
 {
     for (const InterfaceConfig &ic : config.interfaces)
         m_interfaces.push_back(std::make_unique<SimInterface>(*this, ic));
-    m_list = std::make_unique<InterfaceVector>(std::vector<OrbCam::Interface *>(), false);
     m_eventThread = std::thread(&SimSystem::eventLoop, this);
 }
 
@@ -719,8 +720,11 @@ OrbCam::InterfaceList *SimSystem::GetInterfaces(uint32_t typeMask)
             selected.push_back(i.get());
     }
     std::lock_guard<std::mutex> lock(m_listMutex);
-    m_list->assign(std::move(selected));
-    return m_list.get();
+    std::unique_ptr<InterfaceVector> &list = m_lists[std::this_thread::get_id()];
+    if (!list)
+        list = std::make_unique<InterfaceVector>(std::vector<OrbCam::Interface *>(), false);
+    list->assign(std::move(selected));
+    return list.get();
 }
 
 SimCamera *SimSystem::findCamera(const std::string &id) const

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <deque>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -146,6 +147,8 @@ public:
 
     std::atomic<bool> present { true };
     std::atomic<bool> lost { false };
+    // A status forced by the simulation control (0: computed).
+    std::atomic<uint32_t> forcedStatus { 0 };
 
 private:
     Range resolve(GenApi::CNodeMapRef &map, const std::string &feature) const;
@@ -184,6 +187,8 @@ public:
     OrbCamErr UpdateDeviceList(bool *changed, uint32_t timeoutMs) override;
     OrbCam::DeviceInfoList *GetDeviceInfoList() override;
     OrbGenParam::Array *GetParams(OrbCamErr *err = nullptr) override;
+    void Lock() override { m_mutex.lock(); }
+    void Unlock() override { m_mutex.unlock(); }
 
     // IPort: the interface's own register space (its features).
     GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }
@@ -237,7 +242,8 @@ private:
     void eventLoop();
 
     std::vector<std::unique_ptr<SimInterface>> m_interfaces;
-    std::unique_ptr<InterfaceVector> m_list;
+    // One list per calling thread: a list carries its walking cursor.
+    std::map<std::thread::id, std::unique_ptr<InterfaceVector>> m_lists;
     std::mutex m_listMutex;
 
     std::recursive_mutex m_devicesMutex;

@@ -110,7 +110,9 @@ class ORBCAM_API System {
 public:
     // The interfaces whose type is selected by typeMask (bit type-1; custom
     // transports answer to bit 7), in discovery order. Owned by the System;
-    // do not release. The list is refreshed by each call.
+    // do not release. Each thread has a list (and a First/Next cursor) of its
+    // own, refreshed by that thread's next call, so threads walking the
+    // interfaces at once never disturb each other.
     virtual InterfaceList *GetInterfaces(uint32_t typeMask = AllInterfaces) = 0;
 
 protected:
@@ -133,6 +135,13 @@ public:
     // The interface's own features (DeviceSelector, GevInterfaceSubnetIPAddress,
     // GevDeviceIPAddress of the selected camera, ...). Owned by the interface.
     virtual OrbGenParam::Array *GetParams(OrbCamErr *err = nullptr) = 0;
+    // Holds discovery (UpdateDeviceList, on any thread) off until Unlock, so
+    // that a caller can set DeviceSelector to a camera's GetIndex() and read
+    // the selected camera's features without the cameras being renumbered in
+    // between. Recursive; each Lock is paired with an Unlock on the same
+    // thread. Keep it short: discovery on other threads waits.
+    virtual void Lock() = 0;
+    virtual void Unlock() = 0;
 
 protected:
     virtual ~Interface() = default;

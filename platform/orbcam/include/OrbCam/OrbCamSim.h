@@ -51,6 +51,13 @@ ORBCAM_API OrbCamErr RemoveCamera(const std::string &deviceId);
 ORBCAM_API OrbCamErr LoseCamera(const std::string &deviceId);
 ORBCAM_API OrbCamErr RegainCamera(const std::string &deviceId);
 
+// The access status the camera reports while listed, as if another
+// application held it: OrbCam::AccessReadOnly (opened for control elsewhere:
+// it can be opened for monitoring only) or OrbCam::AccessNone (it cannot be
+// opened). 0 returns to the status the simulation computes (ReadWrite, or
+// IP subnet mismatch). OrbCamErrInvalidArgument for any other status.
+ORBCAM_API OrbCamErr SetAccessStatus(const std::string &deviceId, uint32_t status);
+
 enum FailMode : uint32_t { FailRead = 1, FailWrite = 2, FailReadWrite = 3 };
 // Makes every register behind a feature fail until cleared.
 ORBCAM_API OrbCamErr FailFeature(const std::string &deviceId, const std::string &feature,
