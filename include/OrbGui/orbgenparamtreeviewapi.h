@@ -4,8 +4,10 @@
 // The Create functions make a QApplication when the process has none (it
 // lives as long as the process), create the view with the title (UTF-8 for
 // the A forms, zero-terminated UCS-4 for the W forms; null gives an untitled
-// window), place it under the foreign native window parentWindowId when that
-// is not 0, show it non-modally and return it. The host runs the event loop.
+// window), make it a window of its own that stays above the host's native
+// window parentWindowId (an X11 window id) and is centred on it when that is
+// not 0 (the host's window is never re-parented, moved or hidden), show it
+// non-modally and return it. The host runs the event loop.
 // The node map or array must outlive the view. Call them on the thread that
 // runs the GUI event loop.
 #ifndef ORBGUI_ORBGENPARAMTREEVIEWAPI_H
