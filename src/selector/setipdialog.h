@@ -1,0 +1,58 @@
+// The dialog in which the user gives a GigE Vision camera a new address,
+// mask and gateway, beside the configuration of the network card that
+// reaches it. It checks the address against the card's subnet as the user
+// types and shows the verdict; the caller reads ipOk, maskOk and the values
+// after exec(). It never refuses OK: the caller decides. GUI thread only.
+#ifndef ORBGUI_SETIPDIALOG_H
+#define ORBGUI_SETIPDIALOG_H
+
+#include <QDialog>
+
+#include <memory>
+
+class QLineEdit;
+class Ui_SetIpDialog;
+
+namespace OrbGui {
+
+class SetIpDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit SetIpDialog(QWidget *parent = nullptr);
+    ~SetIpDialog() override;
+
+    // Addresses and masks: 32 bits, most significant byte first. MAC
+    // addresses: the low 48 bits.
+    void setIPAddress(unsigned address);
+    void setNetmask(unsigned mask);
+    void setGateway(unsigned gateway);
+    void setNicIPAddress(unsigned address);
+    void setNicNetmask(unsigned mask);
+    void setMACAddress(unsigned long long mac);
+    void setNicMACAddress(unsigned long long mac);
+    unsigned ipAddress() const;
+    unsigned Netmask() const;
+    unsigned Gateway() const;
+
+    // The camera address fits the card's subnet (and is neither the card's
+    // address nor below 1.0.0.0); the camera mask equals the card's.
+    bool ipOk = false;
+    bool maskOk = false;
+
+public Q_SLOTS:
+    // Recomputes the verdict; the text is not used.
+    void checkSubnet(const QString &text = QString());
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    static void setMACLineEdit(QLineEdit *edit, unsigned long long mac);
+
+    std::unique_ptr<Ui_SetIpDialog> ui;
+};
+
+} // namespace OrbGui
+
+#endif
