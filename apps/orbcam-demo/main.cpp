@@ -2,10 +2,12 @@
 // system or on a GenICam description.
 //
 //   orbcam-demo tree [--xml FILE | --camera ID] [--config FILE] [--screenshot FILE]
+//   orbcam-demo select [--config FILE] [--poll] [--screenshot FILE]
 //   orbcam-demo widgets [--camera ID] [--config FILE] [--screenshot FILE]
 #include <GenApi/GenApi.h>
 #include <OrbCam/OrbCam.h>
 #include <OrbCam/OrbCamSim.h>
+#include <OrbGui/orbcameraselectordialog.h>
 #include <OrbGui/orbgenparamtreeview.h>
 #include <OrbGui/qtorbdoubleslider.h>
 #include <OrbGui/qtorbdoublespinboxval.h>
@@ -265,6 +267,29 @@ int widgets(QApplication &app, const QCommandLineParser &options)
     return result;
 }
 
+// The camera selector on the simulated system; prints the chosen camera's
+// identifier (nothing on cancel).
+int select(const QCommandLineParser &options)
+{
+    OrbCamErr err = OrbCamOk;
+    OrbCam::System *system = OrbCam_GetSystem(&err);
+    if (!system) {
+        std::fprintf(stderr, "orbcam-demo: no camera system: %s\n", OrbCam_ErrorText(err));
+        return 2;
+    }
+    {
+        OrbGui::OrbCameraSelectorDialog dialog(system, nullptr,
+                                               options.isSet(QStringLiteral("poll")));
+        if (!options.value(QStringLiteral("screenshot")).isEmpty())
+            screenshotLater(&dialog, options.value(QStringLiteral("screenshot")));
+        if (dialog.exec() == QDialog::Accepted)
+            if (OrbCam::DeviceInfo *chosen = dialog.selectedCamera())
+                std::printf("%s\n", chosen->GetID());
+    }
+    OrbCam_ReleaseSystem(system);
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -277,7 +302,8 @@ int main(int argc, char **argv)
     options.addHelpOption();
     options.addPositionalArgument(QStringLiteral("door"),
                                   QStringLiteral("tree: the parameter tree view; "
-                                                 "widgets: the value widgets on a camera"));
+                                                 "widgets: the value widgets on a camera; "
+                                                 "select: the camera selector"));
     options.addOption({ QStringLiteral("xml"),
                         QStringLiteral("Show a GenICam description (plain or zip)."),
                         QStringLiteral("FILE") });
@@ -288,6 +314,9 @@ int main(int argc, char **argv)
     options.addOption({ QStringLiteral("config"),
                         QStringLiteral("Use this simulated set-up (JSON)."),
                         QStringLiteral("FILE") });
+    options.addOption(
+        { QStringLiteral("poll"),
+          QStringLiteral("select: keep looking for cameras (about once a second).") });
     options.addOption({ QStringLiteral("screenshot"),
                         QStringLiteral("Write the settled window to this PNG file and exit."),
                         QStringLiteral("FILE") });
@@ -306,9 +335,11 @@ int main(int argc, char **argv)
     const QString door = doors.isEmpty() ? QStringLiteral("tree") : doors.first();
     if (door == QLatin1String("tree"))
         return tree(app, options);
+    if (door == QLatin1String("select"))
+        return select(options);
     if (door == QLatin1String("widgets"))
         return widgets(app, options);
-    std::fprintf(stderr, "orbcam-demo: unknown door '%s' (available: tree, widgets)\n",
+    std::fprintf(stderr, "orbcam-demo: unknown door '%s' (available: tree, widgets, select)\n",
                  qPrintable(door));
     return 2;
 }
