@@ -17,3 +17,17 @@ export LC_ALL=C.UTF-8
 
 xvfb-run -a -s "-screen 0 1280x1024x24" \
     ctest --test-dir build-ci --output-on-failure -j "$(nproc)" --timeout 300
+
+# The threaded tests (discovery beside parameter reads, the selector's
+# polling thread, the device tree model's snapshots) once more under
+# ThreadSanitizer. Qt is not built for it: what its own code does is left out
+# (tests/tsan.supp), ours is checked.
+threaded=(tst_orbcam_discovery tst_devicetreemodel tst_cameraselector tst_selectcamera)
+cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DORB_WERROR=ON -DORB_TSAN=ON \
+    -DORB_BUILD_BENCH=OFF
+cmake --build build-tsan -j "$(nproc)" --target "${threaded[@]}"
+unset ASAN_OPTIONS UBSAN_OPTIONS LSAN_OPTIONS
+QT_NO_GLIB=1 TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1 suppressions=$PWD/tests/tsan.supp" \
+    xvfb-run -a -s "-screen 0 1280x1024x24" \
+    ctest --test-dir build-tsan --output-on-failure --timeout 600 \
+    -R "^($(IFS='|'; echo "${threaded[*]}"))\$"

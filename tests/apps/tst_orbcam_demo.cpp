@@ -29,6 +29,9 @@ void tst_OrbCamDemo::screenshots_data()
         << QStringList { QStringLiteral("tree"), QStringLiteral("--xml"),
                          QStringLiteral(ORB_CORPUS_DIR "/basler_ace2-a2a2600-20gmbas.xml") }
         << QSize(400, 400);
+    QTest::newRow("camera selector") << QStringList { QStringLiteral("select") } << QSize(400, 300);
+    QTest::newRow("camera selector, polling")
+        << QStringList { QStringLiteral("select"), QStringLiteral("--poll") } << QSize(400, 300);
     QTest::newRow("value widgets on a camera")
         << QStringList { QStringLiteral("widgets") } << QSize(400, 250);
     // At twice the pixel density the window renders at twice the size.
@@ -54,6 +57,11 @@ void tst_OrbCamDemo::screenshots()
     demo.start(QStringLiteral(ORBCAM_DEMO), arguments << QStringLiteral("--screenshot") << shot);
     QVERIFY(demo.waitForFinished(60000));
     QCOMPARE(demo.exitCode(), 0);
+    // The selector prints the chosen camera only: nothing when none was.
+    if (arguments.first() == QLatin1String("select")) {
+        const QByteArray printed = demo.readAllStandardOutput();
+        QVERIFY2(!printed.contains("GEV0/") && !printed.contains("U3V0/"), printed.constData());
+    }
     const QImage image(shot);
     QVERIFY(!image.isNull());
     QVERIFY(image.width() >= atLeast.width() && image.height() >= atLeast.height());

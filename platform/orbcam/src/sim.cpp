@@ -590,7 +590,14 @@ OrbCam::DeviceInfoList *SimInterface::GetDeviceInfoList()
 
 OrbGenParam::Array *SimInterface::GetParams(OrbCamErr *err)
 {
-    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    // Once made, the features are handed out without a lock: a caller may
+    // hold the node map's lock (inside Lock()) when it asks.
+    if (OrbGenParam::Array *ready = m_ready.load(std::memory_order_acquire)) {
+        if (err)
+            *err = OrbCamOk;
+        return ready;
+    }
+    std::lock_guard<std::mutex> lock(m_paramsMutex);
     if (!m_params) {
         try {
             auto map = std::make_unique<CNodeMapRef>(m_id.c_str());
@@ -598,6 +605,7 @@ OrbGenParam::Array *SimInterface::GetParams(OrbCamErr *err)
             map->_Connect(this, "Device");
             m_params = std::make_unique<ParamArray>(map->_Ptr, nullptr);
             m_map = std::move(map);
+            m_ready.store(m_params.get(), std::memory_order_release);
         } catch (const GenICam::GenericException &) {
             if (err)
                 *err = OrbCamErrFileRead;
@@ -607,6 +615,23 @@ OrbGenParam::Array *SimInterface::GetParams(OrbCamErr *err)
     if (err)
         *err = OrbCamOk;
     return m_params.get();
+}
+
+// The node map's lock first, then the interface's own: a feature read holds
+// the map's lock when it reaches the interface's registers (Read), so that is
+// the one order in which both are taken.
+void SimInterface::Lock()
+{
+    if (GetParams())
+        m_map->_Ptr->GetLock().Lock();
+    m_mutex.lock();
+}
+
+void SimInterface::Unlock()
+{
+    m_mutex.unlock();
+    if (m_map)
+        m_map->_Ptr->GetLock().Unlock();
 }
 
 SimCamera *SimInterface::selected() const

@@ -187,8 +187,8 @@ public:
     OrbCamErr UpdateDeviceList(bool *changed, uint32_t timeoutMs) override;
     OrbCam::DeviceInfoList *GetDeviceInfoList() override;
     OrbGenParam::Array *GetParams(OrbCamErr *err = nullptr) override;
-    void Lock() override { m_mutex.lock(); }
-    void Unlock() override { m_mutex.unlock(); }
+    void Lock() override;
+    void Unlock() override;
 
     // IPort: the interface's own register space (its features).
     GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }
@@ -218,8 +218,12 @@ private:
     std::vector<SimCamera *> m_found; // the last discovery
     int m_nextSerial = 1;
     GenApi::CMemoryPort m_memory;
+    // The features are made on first use, under a lock of their own: the
+    // node map's lock must never be taken while m_mutex is held.
+    std::mutex m_paramsMutex;
     std::unique_ptr<GenApi::CNodeMapRef> m_map;
     std::unique_ptr<ParamArray> m_params;
+    std::atomic<OrbGenParam::Array *> m_ready { nullptr };
 };
 
 class SimDevice;
