@@ -3,6 +3,7 @@
 #include <OrbCam/OrbGenParam.h>
 #include <OrbGui/qtorbspinboxval64.h>
 
+#include "common/guihandoff.h"
 #include "featureeditors.h"
 #include "widgets/ip4validator.h"
 
@@ -13,7 +14,6 @@
 #include <QPalette>
 #include <QPushButton>
 #include <QSet>
-#include <QThread>
 #include <QVector>
 
 #include <cmath>
@@ -150,6 +150,7 @@ public:
     GenParamTreeModelPrivate(GenParamTreeModel *q, INodeMap *map)
         : q_ptr(q)
         , nodeMap(map)
+        , handOff(q)
     {
     }
 
@@ -157,6 +158,7 @@ public:
     void RegisterCallbackForChildren(ICategory *category, ItemEntry *parentItem);
     void DeRegisterCallbacks();
     void NodeCallback(INode *node);
+    void ValueChanged(IValue *value);
 
     QVariant DisplayRoleImp(IValue *value) const;
     QVariant EditRoleImp(IValue *value) const;
@@ -174,6 +176,7 @@ public:
     std::list<std::vector<ItemEntry *>> childLists;
     ItemEntry **rootChildren = nullptr;
     qint32 rootChildCount = 0;
+    GuiHandOff handOff;
 };
 
 void GenParamTreeModelPrivate::Init(GenParamTreeModel *q)
@@ -231,6 +234,7 @@ void GenParamTreeModelPrivate::DeRegisterCallbacks()
 {
     for (CallbackHandleType handle : callbackHandles)
         Deregister(handle);
+    handOff.invalidate(); // changes announced before now name items that go
     callbackHandles.clear();
     items.clear();
     childLists.clear();
@@ -239,32 +243,24 @@ void GenParamTreeModelPrivate::DeRegisterCallbacks()
     ipRepresentationTrusted = false;
 }
 
+// Node callbacks come on whatever thread changed the node (a host's
+// acquisition thread writing or polling the node map); the items are looked
+// up on the model's own thread, where they are built and torn down.
 void GenParamTreeModelPrivate::NodeCallback(INode *node)
 {
+    if (auto *value = dynamic_cast<IValue *>(node))
+        handOff.post([this, value] { ValueChanged(value); });
+}
+
+void GenParamTreeModelPrivate::ValueChanged(IValue *value)
+{
     Q_Q(GenParamTreeModel);
-    auto *value = dynamic_cast<IValue *>(node);
-    if (!value)
-        return;
     auto it = items.find(value);
     if (it == items.end())
         return;
     ItemEntry *entry = &*it;
-    const int row = entry->second.row;
-    if (QThread::currentThread() == q->thread()) {
-        const QModelIndex i = q->createIndex(row, 1, entry);
-        Q_EMIT q->dataChanged(i, i, {});
-        return;
-    }
-    // A change made on another thread (a host's acquisition thread writing
-    // or polling the node map) reaches the view on the model's thread; the
-    // call is dropped if the model is gone by then.
-    QMetaObject::invokeMethod(
-        q,
-        [q, row, entry] {
-            const QModelIndex i = q->createIndex(row, 1, entry);
-            Q_EMIT q->dataChanged(i, i, {});
-        },
-        Qt::QueuedConnection);
+    const QModelIndex i = q->createIndex(entry->second.row, 1, entry);
+    Q_EMIT q->dataChanged(i, i, {});
 }
 
 ERepresentation GenParamTreeModelPrivate::IntRepresentation(IInteger *integer) const

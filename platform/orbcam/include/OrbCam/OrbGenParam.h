@@ -35,11 +35,14 @@ class Param;
 
 // Receives change notifications of the parameters it is registered with.
 class ORBCAM_API ParamEventSink {
+protected:
+    // First in the table, before OnParameterUpdate: listeners built against
+    // this layout (a destructor, a deleting destructor, then the call) find
+    // the call where they expect it.
+    virtual ~ParamEventSink() = default;
+
 public:
     virtual void OnParameterUpdate(Param *param) = 0;
-
-protected:
-    virtual ~ParamEventSink() = default;
 };
 
 class ORBCAM_API Param {
