@@ -12,16 +12,18 @@
 
 #include <QObject>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 
 namespace OrbGui {
 
+class GuiHandOffDrain;
+
 class GuiHandOff {
 public:
-    // Calls run on the thread of `context` (which must outlive this object
-    // or die with it) and are dropped when it is gone.
+    // Calls run on the thread of `context`. post() must not be called
+    // while this object is being destroyed: unregister the callbacks that
+    // call it first.
     explicit GuiHandOff(QObject *context);
     ~GuiHandOff();
     GuiHandOff(const GuiHandOff &) = delete;
@@ -35,7 +37,7 @@ public:
 
 private:
     QObject *m_context;
-    std::shared_ptr<std::atomic<quint64>> m_generation;
+    std::unique_ptr<GuiHandOffDrain> m_drain;
 };
 
 } // namespace OrbGui
