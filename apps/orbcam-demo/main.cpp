@@ -3,11 +3,15 @@
 //
 //   orbcam-demo tree [--xml FILE | --camera ID] [--config FILE] [--screenshot FILE]
 //   orbcam-demo select [--config FILE] [--poll] [--screenshot FILE]
+//   orbcam-demo dialog trigger|strobe|pulse [--camera ID] [--config FILE] [--screenshot FILE]
 //   orbcam-demo widgets [--camera ID] [--config FILE] [--screenshot FILE]
 #include <GenApi/GenApi.h>
 #include <OrbCam/OrbCam.h>
 #include <OrbCam/OrbCamSim.h>
 #include <OrbGui/orbcameraselectordialog.h>
+#include <OrbGui/orbcamconfigpulsedialog.h>
+#include <OrbGui/orbcamconfigstrobedialog.h>
+#include <OrbGui/orbcamconfigtriggerdialog.h>
 #include <OrbGui/orbgenparamtreeview.h>
 #include <OrbGui/qtorbdoubleslider.h>
 #include <OrbGui/qtorbdoublespinboxval.h>
@@ -267,6 +271,49 @@ int widgets(QApplication &app, const QCommandLineParser &options)
     return result;
 }
 
+// A feature dialog on a simulated camera.
+int dialog(QApplication &app, const QCommandLineParser &options)
+{
+    const QStringList doors = options.positionalArguments();
+    const QString which = doors.size() > 1 ? doors.at(1) : QString();
+    if (which != QLatin1String("trigger") && which != QLatin1String("strobe")
+        && which != QLatin1String("pulse")) {
+        std::fprintf(stderr, "orbcam-demo: dialog needs one of: trigger, strobe, pulse\n");
+        return 2;
+    }
+    OrbCamErr err = OrbCamOk;
+    OrbCam::System *system = OrbCam_GetSystem(&err);
+    if (!system) {
+        std::fprintf(stderr, "orbcam-demo: no camera system: %s\n", OrbCam_ErrorText(err));
+        return 2;
+    }
+    OrbCam::Device *device = nullptr;
+    if (OrbCam::DeviceInfo *info = findCamera(system, options.value(QStringLiteral("camera"))))
+        device = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0, &err);
+    if (!device) {
+        std::fprintf(stderr, "orbcam-demo: no such camera\n");
+        OrbCam_ReleaseSystem(system);
+        return 2;
+    }
+    int result = 0;
+    {
+        std::unique_ptr<QDialog> window;
+        if (which == QLatin1String("trigger"))
+            window = std::make_unique<OrbGui::OrbCamConfigTriggerDialog>(device);
+        else if (which == QLatin1String("strobe"))
+            window = std::make_unique<OrbGui::OrbCamConfigStrobeDialog>(device);
+        else
+            window = std::make_unique<OrbGui::OrbCamConfigPulseDialog>(device);
+        window->show();
+        if (!options.value(QStringLiteral("screenshot")).isEmpty())
+            screenshotLater(window.get(), options.value(QStringLiteral("screenshot")));
+        result = app.exec();
+    }
+    OrbCam_ReleaseDevice(device);
+    OrbCam_ReleaseSystem(system);
+    return result;
+}
+
 // The camera selector on the simulated system; prints the chosen camera's
 // identifier (nothing on cancel).
 int select(const QCommandLineParser &options)
@@ -303,7 +350,8 @@ int main(int argc, char **argv)
     options.addPositionalArgument(QStringLiteral("door"),
                                   QStringLiteral("tree: the parameter tree view; "
                                                  "widgets: the value widgets on a camera; "
-                                                 "select: the camera selector"));
+                                                 "select: the camera selector; "
+                                                 "dialog trigger|strobe|pulse: a feature dialog"));
     options.addOption({ QStringLiteral("xml"),
                         QStringLiteral("Show a GenICam description (plain or zip)."),
                         QStringLiteral("FILE") });
@@ -335,11 +383,14 @@ int main(int argc, char **argv)
     const QString door = doors.isEmpty() ? QStringLiteral("tree") : doors.first();
     if (door == QLatin1String("tree"))
         return tree(app, options);
+    if (door == QLatin1String("dialog"))
+        return dialog(app, options);
     if (door == QLatin1String("select"))
         return select(options);
     if (door == QLatin1String("widgets"))
         return widgets(app, options);
-    std::fprintf(stderr, "orbcam-demo: unknown door '%s' (available: tree, widgets, select)\n",
+    std::fprintf(stderr,
+                 "orbcam-demo: unknown door '%s' (available: tree, widgets, select, dialog)\n",
                  qPrintable(door));
     return 2;
 }

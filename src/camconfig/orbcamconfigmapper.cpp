@@ -316,6 +316,22 @@ void OrbCamConfigMapper::releaseAll()
     m_params.clear();
 }
 
+void OrbCamConfigMapper::refreshAll()
+{
+    const QStringList names = controls.keys();
+    for (const QString &name : names)
+        refresh(name);
+}
+
+bool OrbCamConfigMapper::controlsWritable(const QWidget *widget) const
+{
+    for (auto it = controls.constBegin(); it != controls.constEnd(); ++it)
+        if (!it->isEmpty() && it->first().widget == widget)
+            if (OrbGenParam::Param *param = m_params.value(it.key()))
+                return writable(param);
+    return false;
+}
+
 template <class Control>
 void OrbCamConfigMapper::refreshInt(OrbGenParam::Int *param, Control *control,
                                     IOrbCamConfigIntConverter *converter)
@@ -491,6 +507,8 @@ void OrbCamConfigMapper::refresh(const QString &name)
     };
     if (!param->IsAvailable()) {
         enable(false);
+        if (afterRefresh)
+            afterRefresh();
         return;
     }
     if (param->IsReadable())
@@ -499,6 +517,8 @@ void OrbCamConfigMapper::refresh(const QString &name)
     // Last, and over the per-entry enabling of radio buttons: a writable
     // enumeration leaves all its buttons enabled.
     enable(param->IsWritable());
+    if (afterRefresh)
+        afterRefresh();
 }
 
 QString OrbCamConfigMapper::errorDescription(OrbCamErr code)

@@ -27,6 +27,7 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 
 class QAbstractButton;
@@ -108,6 +109,11 @@ public:
     void unmapControl(const OrbCamConfigMapData &data);
     // Unbinds every feature, releases every control and empties the tables.
     void releaseAll();
+    // Refreshes every bound control from its feature (GUI thread).
+    void refreshAll();
+    // Whether `widget` is the main control of a feature that can be written
+    // now: dialog rules that enable controls act only on those.
+    bool controlsWritable(const QWidget *widget) const;
 
     void updateSpinBox(OrbGenParam::Int *param, QtOrbSpinBox *box);
     void updateSliderSpinBox(OrbGenParam::Int *param, QtOrbSliderSpinBox *box,
@@ -128,6 +134,10 @@ public:
     // Fits a spin box's vertical pop-up slider into the box (less its left
     // label).
     static void resizeVerticalSlider(QtOrbSpinBox *box);
+
+    // Run after every refresh that a change event brings, on the GUI thread:
+    // a dialog's own enabling rules go on top of the mapper's.
+    std::function<void()> afterRefresh;
 
     QHash<QString, QVector<OrbCamConfigMapData>> controls;
     QHash<QString, QHash<QString, int>> tabIndexes;
