@@ -106,8 +106,8 @@ bool OrbCamConfigMapper::mapIntParam(OrbGenParam::Int *param, QtOrbSpinBox *box,
     box->setValidateTyping(false);
     updateSpinBox(param, box);
     QObject::connect(box, QOverload<int>::of(&QtOrbSpinBox::valueChanged), box,
-                     [param, box](int value) {
-                         if (writable(param))
+                     [this, alive = guard(), param, box](int value) {
+                         if (!alive.expired() && mayWrite(param))
                              showErrorMessage(param->SetValue(value), box, param);
                      });
     param->RegisterEventSink(this);
@@ -123,8 +123,8 @@ bool OrbCamConfigMapper::mapIntParam(OrbGenParam::Int *param, QtOrbSliderSpinBox
     box->setValidateTyping(false);
     updateSliderSpinBox(param, box, converter);
     QObject::connect(box, QOverload<int>::of(&QtOrbSliderSpinBox::valueChanged), box,
-                     [param, box, converter](int value) {
-                         if (!writable(param))
+                     [this, alive = guard(), param, box, converter](int value) {
+                         if (alive.expired() || !mayWrite(param))
                              return;
                          const long device
                              = converter ? converter->ToDevice(value, param) : identity(value);
@@ -146,10 +146,12 @@ bool OrbCamConfigMapper::mapEnumParam(OrbGenParam::Enum *param, QComboBox *box)
                 box->addItem(QString::fromUtf8(entry->GetName()));
     }
     updateComboBox(param, box);
-    QObject::connect(box, &QComboBox::currentTextChanged, box, [param, box](const QString &text) {
-        if (writable(param))
-            showErrorMessage(param->SetValueByName(text.toUtf8().constData()), box, param);
-    });
+    QObject::connect(box, &QComboBox::currentTextChanged, box,
+                     [this, alive = guard(), param, box](const QString &text) {
+                         if (!alive.expired() && mayWrite(param))
+                             showErrorMessage(param->SetValueByName(text.toUtf8().constData()), box,
+                                              param);
+                     });
     param->RegisterEventSink(this);
     return true;
 }
@@ -183,11 +185,12 @@ bool OrbCamConfigMapper::mapEnumParam(OrbGenParam::Enum *param, QButtonGroup *gr
         group->setId(button, static_cast<int>(entry->GetValue()));
     }
     updateRadioButtons(param, group);
-    QObject::connect(group, &QButtonGroup::idToggled, group, [param, group](int id, bool checked) {
-        // Only the newly checked button writes; the one unchecked is quiet.
-        if (checked && writable(param))
-            showErrorMessage(param->SetValue(id), group->button(id), param);
-    });
+    QObject::connect(group, &QButtonGroup::idToggled, group,
+                     [this, alive = guard(), param, group](int id, bool checked) {
+                         // Only the newly checked button writes; the one unchecked is quiet.
+                         if (checked && !alive.expired() && mayWrite(param))
+                             showErrorMessage(param->SetValue(id), group->button(id), param);
+                     });
     param->RegisterEventSink(this);
     return true;
 }
@@ -214,11 +217,12 @@ bool OrbCamConfigMapper::mapEnumParam(OrbGenParam::Enum *param, QTabWidget *tabs
         }
     }
     updateTabWidget(param, tabs);
-    QObject::connect(tabs, &QTabWidget::currentChanged, tabs, [param, tabs](int index) {
-        if (writable(param))
-            showErrorMessage(param->SetValueByName(tabs->tabText(index).toUtf8().constData()), tabs,
-                             param);
-    });
+    QObject::connect(
+        tabs, &QTabWidget::currentChanged, tabs, [this, alive = guard(), param, tabs](int index) {
+            if (!alive.expired() && mayWrite(param))
+                showErrorMessage(param->SetValueByName(tabs->tabText(index).toUtf8().constData()),
+                                 tabs, param);
+        });
     param->RegisterEventSink(this);
     return true;
 }
@@ -228,10 +232,11 @@ bool OrbCamConfigMapper::mapEnumParam(OrbGenParam::Enum *param, QCheckBox *box)
     if (!begin(param, box, {}, { OrbCamConfigMapData::CheckBox, box, nullptr }))
         return false;
     refreshElement(param, controls.value(nameOf(param)).first());
-    QObject::connect(box, &QCheckBox::clicked, box, [param, box](bool checked) {
-        if (writable(param))
-            showErrorMessage(param->SetValue(checked ? 1 : 0), box, param);
-    });
+    QObject::connect(box, &QCheckBox::clicked, box,
+                     [this, alive = guard(), param, box](bool checked) {
+                         if (!alive.expired() && mayWrite(param))
+                             showErrorMessage(param->SetValue(checked ? 1 : 0), box, param);
+                     });
     param->RegisterEventSink(this);
     return true;
 }
@@ -241,10 +246,11 @@ bool OrbCamConfigMapper::mapBooleanParam(OrbGenParam::Boolean *param, QAbstractB
     if (!begin(param, button, {}, { OrbCamConfigMapData::BooleanButton, button, nullptr }))
         return false;
     refreshElement(param, controls.value(nameOf(param)).first());
-    QObject::connect(button, &QAbstractButton::clicked, button, [param, button](bool checked) {
-        if (writable(param))
-            showErrorMessage(param->SetValue(checked), button, param);
-    });
+    QObject::connect(button, &QAbstractButton::clicked, button,
+                     [this, alive = guard(), param, button](bool checked) {
+                         if (!alive.expired() && mayWrite(param))
+                             showErrorMessage(param->SetValue(checked), button, param);
+                     });
     param->RegisterEventSink(this);
     return true;
 }
@@ -254,15 +260,16 @@ bool OrbCamConfigMapper::mapCommandParam(OrbGenParam::Command *param, QPushButto
 {
     if (!begin(param, button, {}, { OrbCamConfigMapData::CommandButton, button, timer }))
         return false;
-    QObject::connect(button, &QPushButton::clicked, button, [param, button, timer] {
-        if (!writable(param))
-            return;
-        showErrorMessage(param->Execute(), button, param);
-        if (timer) {
-            button->setEnabled(false);
-            timer->start();
-        }
-    });
+    QObject::connect(button, &QPushButton::clicked, button,
+                     [this, alive = guard(), param, button, timer] {
+                         if (alive.expired() || !mayWrite(param))
+                             return;
+                         showErrorMessage(param->Execute(), button, param);
+                         if (timer) {
+                             button->setEnabled(false);
+                             timer->start();
+                         }
+                     });
     param->RegisterEventSink(this);
     return true;
 }
@@ -314,6 +321,19 @@ void OrbCamConfigMapper::releaseAll()
     tabIndexes.clear();
     texts.clear();
     m_params.clear();
+}
+
+// A feature that cannot be written now (the camera went away, another
+// application holds it) must not leave its control showing a value the
+// camera does not have: the controls are brought in line with the camera,
+// which disables them when the feature is gone. No message: the user did not
+// fail, the camera is not there.
+bool OrbCamConfigMapper::mayWrite(OrbGenParam::Param *param)
+{
+    if (writable(param))
+        return true;
+    refresh(nameOf(param));
+    return false;
 }
 
 void OrbCamConfigMapper::refreshAll()

@@ -150,6 +150,9 @@ private:
     bool begin(OrbGenParam::Param *param, QWidget *widget, const QVector<QWidget *> &companions,
                const OrbCamConfigMapData &main);
     void refresh(const QString &name);
+    bool mayWrite(OrbGenParam::Param *param);
+    // The controls' handlers check it: a widget may outlive the mapper.
+    std::weak_ptr<char> guard() const { return m_alive; }
     void refreshElement(OrbGenParam::Param *param, const OrbCamConfigMapData &data);
     template <class Control>
     void refreshInt(OrbGenParam::Int *param, Control *control,
@@ -159,6 +162,7 @@ private:
     QHash<QString, OrbGenParam::Param *> m_params;
     std::unique_ptr<QObject> m_context;
     std::unique_ptr<GuiHandOff> m_handOff;
+    std::shared_ptr<char> m_alive = std::make_shared<char>();
 };
 
 } // namespace OrbGui

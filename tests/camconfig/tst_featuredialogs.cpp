@@ -17,6 +17,11 @@
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleOptionSlider>
+#include <QTimer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -87,6 +92,7 @@ private Q_SLOTS:
     void pulseDerivedValues();
     void pulseStartAndStop();
     void pulseModeRadios();
+    void cameraLostWhileDragging();
     void closingIsAnnounced();
     void showFunctionsReturn();
 };
@@ -365,6 +371,56 @@ void tst_FeatureDialogs::pulseModeRadios()
     QTRY_VERIFY(continuous->isChecked());
     auto *pulses = child<QtOrbSpinBox>(&dialog, "spBoxNumPulses");
     QCOMPARE(qint64(pulses->value()), camera.params()->GetInt("PulseGenNumPulses")->GetValue());
+}
+
+// The camera goes while the user drags a slider: when the drag ends (a drag
+// writes once, on release) nothing can be written, no message storm comes
+// (no message: the camera is not there), and the control does not keep a
+// value the camera does not have: it is disabled. Once the camera is back
+// the dialog follows it again.
+void tst_FeatureDialogs::cameraLostWhileDragging()
+{
+    Camera camera;
+    const std::string id = camera.device.device->GetInfo()->GetID();
+    OrbCamConfigStrobeDialog dialog(camera.device.device);
+    QVERIFY(show(&dialog));
+    auto *delay = child<QtOrbSliderSpinBox>(&dialog, "spBoxStrobe1Delay");
+    QSlider *inner = delay->slider()->slider();
+    int messages = 0;
+    QTimer watcher;
+    watcher.setInterval(10);
+    connect(&watcher, &QTimer::timeout, [&messages] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            ++messages;
+            box->accept();
+        }
+    });
+    watcher.start();
+    QCOMPARE(OrbCamSim::LoseCamera(id), OrbCamOk);
+    QStyleOptionSlider option;
+    option.initFrom(inner);
+    option.orientation = inner->orientation();
+    option.minimum = inner->minimum();
+    option.maximum = inner->maximum();
+    option.sliderPosition = inner->sliderPosition();
+    const QPoint start
+        = inner->style()
+              ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, inner)
+              .center();
+    QTest::mousePress(inner, Qt::LeftButton, Qt::NoModifier, start);
+    for (int dx = 10; dx <= 60; dx += 10) {
+        QMouseEvent move(QEvent::MouseMove, start + QPoint(dx, 0), Qt::LeftButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(inner, &move);
+    }
+    QTest::mouseRelease(inner, Qt::LeftButton, Qt::NoModifier, start + QPoint(60, 0));
+    QTRY_VERIFY(!delay->isEnabled());
+    QTest::qWait(50);
+    QCOMPARE(messages, 0);
+    QCOMPARE(OrbCamSim::RegainCamera(id), OrbCamOk);
+    QCOMPARE(camera.params()->GetInt("Strobe1Delay")->SetValue(4321), OrbCamOk);
+    QTRY_COMPARE(delay->value(), 4321);
+    QVERIFY(delay->isEnabled());
 }
 
 void tst_FeatureDialogs::closingIsAnnounced()
