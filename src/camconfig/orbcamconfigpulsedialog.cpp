@@ -6,7 +6,6 @@
 #include <OrbGui/qtorbspinbox.h>
 
 #include <QButtonGroup>
-#include <QCloseEvent>
 
 #include <cmath>
 
@@ -85,7 +84,7 @@ void OrbCamConfigPulseDialogPrivate::buttonState()
 }
 
 OrbCamConfigPulseDialog::OrbCamConfigPulseDialog(OrbCam::Device *device, QWidget *parent)
-    : QDialog(parent)
+    : OrbCamConfigDialog(parent)
     , d_ptr(new OrbCamConfigPulseDialogPrivate)
 {
     Q_D(OrbCamConfigPulseDialog);
@@ -111,12 +110,6 @@ void OrbCamConfigPulseDialog::showEvent(QShowEvent *event)
         OrbCamConfigMapper::resizeVerticalSlider(box);
     d->mapper.refreshAll();
     QDialog::showEvent(event);
-}
-
-void OrbCamConfigPulseDialog::closeEvent(QCloseEvent *event)
-{
-    Q_EMIT closing();
-    QDialog::closeEvent(event);
 }
 
 } // namespace OrbGui

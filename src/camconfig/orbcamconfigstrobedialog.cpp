@@ -6,8 +6,6 @@
 #include <OrbGui/qtorbslider.h>
 #include <OrbGui/qtorbsliderspinbox.h>
 
-#include <QCloseEvent>
-
 namespace OrbGui {
 
 class OrbCamConfigStrobeDialogPrivate : public CamConfigDialogPrivate {
@@ -82,7 +80,7 @@ void OrbCamConfigStrobeDialogPrivate::pictureRule()
 }
 
 OrbCamConfigStrobeDialog::OrbCamConfigStrobeDialog(OrbCam::Device *device, QWidget *parent)
-    : QDialog(parent)
+    : OrbCamConfigDialog(parent)
     , d_ptr(new OrbCamConfigStrobeDialogPrivate(this))
 {
     Q_D(OrbCamConfigStrobeDialog);
@@ -106,12 +104,6 @@ void OrbCamConfigStrobeDialog::showEvent(QShowEvent *event)
     Q_D(OrbCamConfigStrobeDialog);
     d->mapper.refreshAll();
     QDialog::showEvent(event);
-}
-
-void OrbCamConfigStrobeDialog::closeEvent(QCloseEvent *event)
-{
-    Q_EMIT closing();
-    QDialog::closeEvent(event);
 }
 
 } // namespace OrbGui

@@ -3,8 +3,6 @@
 #include "camconfigdialog_p.h"
 #include "ui_orbcamconfigtriggerdialog.h"
 
-#include <QCloseEvent>
-
 namespace OrbGui {
 
 namespace {
@@ -58,7 +56,7 @@ void OrbCamConfigTriggerDialogPrivate::softwareTriggerRule()
 }
 
 OrbCamConfigTriggerDialog::OrbCamConfigTriggerDialog(OrbCam::Device *device, QWidget *parent)
-    : QDialog(parent)
+    : OrbCamConfigDialog(parent)
     , d_ptr(new OrbCamConfigTriggerDialogPrivate)
 {
     Q_D(OrbCamConfigTriggerDialog);
@@ -83,12 +81,6 @@ void OrbCamConfigTriggerDialog::showEvent(QShowEvent *event)
     d->mapper.refreshAll();
     d->enablingRule();
     QDialog::showEvent(event);
-}
-
-void OrbCamConfigTriggerDialog::closeEvent(QCloseEvent *event)
-{
-    Q_EMIT closing();
-    QDialog::closeEvent(event);
 }
 
 } // namespace OrbGui
