@@ -65,6 +65,34 @@ OrbCam::DeviceInfo *findCamera(OrbCam::System *system, const QString &id)
     return nullptr;
 }
 
+// The simulated system and, when it can be opened, the camera the options
+// name (or the first one); both are released at the end of the scope.
+struct OpenCamera {
+    explicit OpenCamera(const QCommandLineParser &options)
+    {
+        system = OrbCam_GetSystem(&err);
+        if (!system) {
+            std::fprintf(stderr, "orbcam-demo: no camera system: %s\n", OrbCam_ErrorText(err));
+            return;
+        }
+        if (OrbCam::DeviceInfo *info = findCamera(system, options.value(QStringLiteral("camera"))))
+            device = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0, &err);
+    }
+    ~OpenCamera()
+    {
+        if (device)
+            OrbCam_ReleaseDevice(device);
+        if (system)
+            OrbCam_ReleaseSystem(system);
+    }
+    OpenCamera(const OpenCamera &) = delete;
+    OpenCamera &operator=(const OpenCamera &) = delete;
+
+    OrbCamErr err = OrbCamOk;
+    OrbCam::System *system = nullptr;
+    OrbCam::Device *device = nullptr;
+};
+
 int tree(QApplication &app, const QCommandLineParser &options)
 {
     const QString xml = options.value(QStringLiteral("xml"));
@@ -182,19 +210,13 @@ void bindInteger(Widget *widget, GenApi::INodeMap *map, const char *name, QLabel
 
 int widgets(QApplication &app, const QCommandLineParser &options)
 {
-    OrbCamErr err = OrbCamOk;
-    OrbCam::System *system = OrbCam_GetSystem(&err);
-    if (!system) {
-        std::fprintf(stderr, "orbcam-demo: no camera system: %s\n", OrbCam_ErrorText(err));
+    const OpenCamera camera(options);
+    if (!camera.system)
         return 2;
-    }
-    OrbCam::Device *device = nullptr;
-    if (OrbCam::DeviceInfo *info = findCamera(system, options.value(QStringLiteral("camera"))))
-        device = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0, &err);
+    OrbCam::Device *device = camera.device;
     if (!device)
         std::fprintf(stderr, "orbcam-demo: no camera to bind; the widgets run on their own\n");
     GenApi::INodeMap *map = device ? device->GetParams()->GetNodeMap() : nullptr;
-
     int result = 0;
     {
         QWidget window;
@@ -265,9 +287,6 @@ int widgets(QApplication &app, const QCommandLineParser &options)
             screenshotLater(&window, options.value(QStringLiteral("screenshot")));
         result = app.exec();
     }
-    if (device)
-        OrbCam_ReleaseDevice(device);
-    OrbCam_ReleaseSystem(system);
     return result;
 }
 
@@ -281,20 +300,13 @@ int dialog(QApplication &app, const QCommandLineParser &options)
         std::fprintf(stderr, "orbcam-demo: dialog needs one of: trigger, strobe, pulse\n");
         return 2;
     }
-    OrbCamErr err = OrbCamOk;
-    OrbCam::System *system = OrbCam_GetSystem(&err);
-    if (!system) {
-        std::fprintf(stderr, "orbcam-demo: no camera system: %s\n", OrbCam_ErrorText(err));
+    const OpenCamera camera(options);
+    if (!camera.device) {
+        if (camera.system)
+            std::fprintf(stderr, "orbcam-demo: no such camera\n");
         return 2;
     }
-    OrbCam::Device *device = nullptr;
-    if (OrbCam::DeviceInfo *info = findCamera(system, options.value(QStringLiteral("camera"))))
-        device = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0, &err);
-    if (!device) {
-        std::fprintf(stderr, "orbcam-demo: no such camera\n");
-        OrbCam_ReleaseSystem(system);
-        return 2;
-    }
+    OrbCam::Device *device = camera.device;
     int result = 0;
     {
         std::unique_ptr<QDialog> window;
@@ -309,8 +321,6 @@ int dialog(QApplication &app, const QCommandLineParser &options)
             screenshotLater(window.get(), options.value(QStringLiteral("screenshot")));
         result = app.exec();
     }
-    OrbCam_ReleaseDevice(device);
-    OrbCam_ReleaseSystem(system);
     return result;
 }
 
