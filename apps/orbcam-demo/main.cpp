@@ -3,12 +3,15 @@
 //
 //   orbcam-demo tree [--xml FILE | --camera ID] [--config FILE] [--screenshot FILE]
 //   orbcam-demo select [--config FILE] [--poll] [--screenshot FILE]
-//   orbcam-demo dialog trigger|strobe|pulse [--camera ID] [--config FILE] [--screenshot FILE]
-//   orbcam-demo widgets [--camera ID] [--config FILE] [--screenshot FILE]
+//   orbcam-demo dialog trigger|strobe|pulse|output|color|frameab [--camera ID] [--config FILE]
+//   [--screenshot FILE] orbcam-demo widgets [--camera ID] [--config FILE] [--screenshot FILE]
 #include <GenApi/GenApi.h>
 #include <OrbCam/OrbCam.h>
 #include <OrbCam/OrbCamSim.h>
 #include <OrbGui/orbcameraselectordialog.h>
+#include <OrbGui/orbcamconfigcolordialog.h>
+#include <OrbGui/orbcamconfigframeabdialog.h>
+#include <OrbGui/orbcamconfigoutputdialog.h>
 #include <OrbGui/orbcamconfigpulsedialog.h>
 #include <OrbGui/orbcamconfigstrobedialog.h>
 #include <OrbGui/orbcamconfigtriggerdialog.h>
@@ -295,9 +298,12 @@ int dialog(QApplication &app, const QCommandLineParser &options)
 {
     const QStringList doors = options.positionalArguments();
     const QString which = doors.size() > 1 ? doors.at(1) : QString();
-    if (which != QLatin1String("trigger") && which != QLatin1String("strobe")
-        && which != QLatin1String("pulse")) {
-        std::fprintf(stderr, "orbcam-demo: dialog needs one of: trigger, strobe, pulse\n");
+    const QStringList kinds { QStringLiteral("trigger"), QStringLiteral("strobe"),
+                              QStringLiteral("pulse"),   QStringLiteral("output"),
+                              QStringLiteral("color"),   QStringLiteral("frameab") };
+    if (!kinds.contains(which)) {
+        std::fprintf(stderr, "orbcam-demo: dialog needs one of: %s\n",
+                     qPrintable(kinds.join(QStringLiteral(", "))));
         return 2;
     }
     const OpenCamera camera(options);
@@ -314,8 +320,14 @@ int dialog(QApplication &app, const QCommandLineParser &options)
             window = std::make_unique<OrbGui::OrbCamConfigTriggerDialog>(device);
         else if (which == QLatin1String("strobe"))
             window = std::make_unique<OrbGui::OrbCamConfigStrobeDialog>(device);
-        else
+        else if (which == QLatin1String("pulse"))
             window = std::make_unique<OrbGui::OrbCamConfigPulseDialog>(device);
+        else if (which == QLatin1String("output"))
+            window = std::make_unique<OrbGui::OrbCamConfigOutputDialog>(device);
+        else if (which == QLatin1String("color"))
+            window = std::make_unique<OrbGui::OrbCamConfigColorDialog>(device);
+        else
+            window = std::make_unique<OrbGui::OrbCamConfigFrameABDialog>(device);
         window->show();
         if (!options.value(QStringLiteral("screenshot")).isEmpty())
             screenshotLater(window.get(), options.value(QStringLiteral("screenshot")));
@@ -357,11 +369,12 @@ int main(int argc, char **argv)
     options.setApplicationDescription(
         QStringLiteral("The windows of libOrbCameraGuiApi on simulated cameras."));
     options.addHelpOption();
-    options.addPositionalArgument(QStringLiteral("door"),
-                                  QStringLiteral("tree: the parameter tree view; "
-                                                 "widgets: the value widgets on a camera; "
-                                                 "select: the camera selector; "
-                                                 "dialog trigger|strobe|pulse: a feature dialog"));
+    options.addPositionalArgument(
+        QStringLiteral("door"),
+        QStringLiteral("tree: the parameter tree view; "
+                       "widgets: the value widgets on a camera; "
+                       "select: the camera selector; "
+                       "dialog trigger|strobe|pulse|output|color|frameab: a feature dialog"));
     options.addOption({ QStringLiteral("xml"),
                         QStringLiteral("Show a GenICam description (plain or zip)."),
                         QStringLiteral("FILE") });

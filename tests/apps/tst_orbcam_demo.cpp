@@ -32,7 +32,7 @@ void tst_OrbCamDemo::screenshots_data()
     QTest::newRow("camera selector") << QStringList { QStringLiteral("select") } << QSize(400, 300);
     QTest::newRow("camera selector, polling")
         << QStringList { QStringLiteral("select"), QStringLiteral("--poll") } << QSize(400, 300);
-    for (const char *which : { "trigger", "strobe", "pulse" })
+    for (const char *which : { "trigger", "strobe", "pulse", "output", "color", "frameab" })
         QTest::newRow(qPrintable(QStringLiteral("%1 dialog").arg(QLatin1String(which))))
             << QStringList { QStringLiteral("dialog"), QString::fromLatin1(which) }
             << QSize(200, 80);

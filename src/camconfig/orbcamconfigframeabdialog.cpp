@@ -1,0 +1,500 @@
+#include <OrbGui/orbcamconfigframeabdialog.h>
+
+#include "camconfigdialog_p.h"
+#include "ui_orbcamconfigframeabdialog.h"
+
+#include <OrbGui/qtorbgainslider.h>
+#include <OrbGui/qtorbslider.h>
+#include <OrbGui/qtorbsliderspinbox.h>
+#include <OrbGui/qtorbspinbox.h>
+
+#include <QButtonGroup>
+#include <QTimer>
+
+#include <cmath>
+
+namespace OrbGui {
+
+namespace {
+
+const char lineTimeName[] = "Frame_LineTime";
+const char exposureLinesName[] = "Frame_ExposureLines";
+const char exposureClocksName[] = "Frame_ExposureClocks";
+const char triggerModeName[] = "TriggerMode";
+const char coarseGainName[] = "Frame_DigitalCourseGain";
+const char fineGainName[] = "Frame_DigitalFineGain";
+
+// value * multiplier / divisor, rounded half up and truncated toward zero;
+// 0 for a divisor of 0.
+long scaled(long value, qint64 multiplier, qint64 divisor)
+{
+    if (divisor == 0)
+        return 0;
+    return static_cast<long>(
+        std::trunc(double(value) * double(multiplier) / double(divisor) + 0.5));
+}
+
+// The digital gain is 2^coarse * (1 + fine / 64).
+double digitalGain(qint64 coarse, qint64 fine)
+{
+    return std::ldexp(1.0 + double(fine) / 64.0, static_cast<int>(coarse));
+}
+
+// The split of a gain into its coarse power of two and fine 64ths of it.
+void splitDigitalGain(double gain, qint64 *coarse, qint64 *fine)
+{
+    qint64 whole = static_cast<qint64>(gain);
+    qint64 base = 1;
+    *coarse = 0;
+    if (whole > 1) {
+        while (whole > 1) {
+            whole >>= 1;
+            ++*coarse;
+        }
+        base = qint64(1) << *coarse;
+    }
+    *fine = static_cast<qint64>((gain - double(base)) / double(base) * 64.0);
+}
+
+} // namespace
+
+class OrbCamConfigFrameABDialogPrivate : public CamConfigDialogPrivate,
+                                         public IOrbCamConfigIntConverter,
+                                         public OrbGenParam::ParamEventSink {
+public:
+    explicit OrbCamConfigFrameABDialogPrivate(OrbCamConfigFrameABDialog *q)
+        : q_ptr(q)
+        , handOff(q)
+    {
+    }
+    ~OrbCamConfigFrameABDialogPrivate() override { stopListening(); }
+
+    // The fixed frame period: lines on the device, microseconds shown.
+    long ToControl(long value, OrbGenParam::Int *) override
+    {
+        return scaled(value, lineTime, pixelClock);
+    }
+    long ToDevice(long value, OrbGenParam::Int *) override
+    {
+        return scaled(value, pixelClock, lineTime);
+    }
+    void OnParameterUpdate(OrbGenParam::Param *param) override;
+
+    void prepare();
+    void init(OrbCam::Device *device);
+    void stopListening();
+    void listen(OrbGenParam::Param *param);
+    void parameterChanged(const QString &name);
+    void frameModeRule(bool moveTab);
+    void tabRule(int index);
+    void updateExposureTime();
+    void exposureSplit(int microseconds);
+    void setUpDigitalGain();
+    void showDigitalGain();
+    void gainSplit(double gain);
+    void showFrameSize();
+    void connectExposureTime();
+
+    OrbCamConfigFrameABDialog *const q_ptr;
+    Ui_OrbCamConfigFrameABDialog ui;
+    bool triggerActive = false;
+    qint64 pixelClock = 160;
+    qint64 lineTime = 0;
+    qint64 exposureLines = 0, exposureLinesMax = 0;
+    qint64 exposureClocks = 0, exposureClocksMax = 0;
+    qint64 coarseGain = 0, fineGain = 0;
+    OrbGenParam::Int *widthActual = nullptr;
+    OrbGenParam::Int *heightActual = nullptr;
+    QTimer *refreshTimer = nullptr;
+    QButtonGroup *shutter = nullptr, *adc = nullptr, *exposureControl = nullptr,
+                 *decimation = nullptr, *analogGain = nullptr, *areaOfInterest = nullptr;
+    QVector<OrbGenParam::Param *> listened;
+    GuiHandOff handOff;
+};
+
+void OrbCamConfigFrameABDialogPrivate::prepare()
+{
+    OrbCamConfigFrameABDialog *q = q_ptr;
+    ui.setupUi(q);
+    const QString unit = QStringLiteral("%1s").arg(QChar(0x03BC));
+    const QString bracket = QStringLiteral("[%1]:").arg(unit);
+    ui.spBoxDualVideo->setLeftLabelText(
+        OrbCamConfigFrameABDialog::tr("Dual Video\nLine Time [pclk]:"));
+    ui.spBoxExpTime->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Exposure Time ") + bracket);
+    ui.spBoxFixedFramePeriodValue->setLeftLabelText(bracket);
+    ui.spBoxFrameLineTime->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Line Time [pclk]:"));
+    ui.spBoxFrameOffsetX->setLeftLabelText(OrbCamConfigFrameABDialog::tr("OffsetX:"));
+    ui.spBoxFrameOffsetY->setLeftLabelText(OrbCamConfigFrameABDialog::tr("OffsetY:"));
+    ui.spBoxFrameWidth->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Width: "));
+    ui.spBoxFrameHeight->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Height:"));
+    ui.spBoxDigitalGain->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Digital Gain:"));
+    ui.spBoxBlackLevel->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Black Level:"));
+    for (QLabel *label : { ui.lblWdrE1MicroSec, ui.lblWdrE2MicroSec, ui.lblWdrE3MicroSec })
+        label->setText(unit);
+    auto group = [q](std::initializer_list<QAbstractButton *> buttons) {
+        auto *made = new QButtonGroup(q);
+        for (QAbstractButton *button : buttons)
+            made->addButton(button);
+        return made;
+    };
+    shutter = group({ ui.radioBtnRollingShutter, ui.radioBtnGlobalShutter });
+    adc = group({ ui.radioBtnAdcSelector10b, ui.radioBtnAdcSelector12b });
+    exposureControl = group({ ui.radioBtnExpOff, ui.radioBtnExpTrigger, ui.radioBtnExpInternal });
+    decimation = group(
+        { ui.radioBtnSubsampleOff, ui.radioBtnSubsampleSubsampling, ui.radioBtnSubsampleAverage });
+    analogGain
+        = group({ ui.radioBtnAGain1x, ui.radioBtnAGain2x, ui.radioBtnAGain4x, ui.radioBtnAGain8x });
+    areaOfInterest = group({ ui.radioBtnFullFrame, ui.radioBtnQFHDFrame, ui.radioBtnCustomFrame });
+    for (QAbstractButton *button : areaOfInterest->buttons())
+        button->hide();
+}
+
+void OrbCamConfigFrameABDialogPrivate::listen(OrbGenParam::Param *param)
+{
+    if (!param)
+        return;
+    param->UnregisterEventSink(this);
+    param->RegisterEventSink(this);
+    listened.push_back(param);
+}
+
+void OrbCamConfigFrameABDialogPrivate::stopListening()
+{
+    for (OrbGenParam::Param *param : qAsConst(listened))
+        param->UnregisterEventSink(this);
+    listened.clear();
+    handOff.invalidate();
+}
+
+void OrbCamConfigFrameABDialogPrivate::init(OrbCam::Device *newDevice)
+{
+    OrbCamConfigFrameABDialog *q = q_ptr;
+    stopListening();
+    rebind(newDevice);
+    QObject::disconnect(ui.spBoxDigitalGain, nullptr, nullptr, nullptr);
+    QObject::disconnect(ui.spBoxExpTime, nullptr, nullptr, nullptr);
+    if (!params) {
+        q->setEnabled(false);
+        widthActual = heightActual = nullptr;
+        delete refreshTimer;
+        refreshTimer = nullptr;
+        return;
+    }
+    q->setEnabled(true);
+
+    OrbCamErr err = OrbCamOk;
+    auto *clock = param<OrbGenParam::Int>("PixelClock");
+    pixelClock = clock ? clock->GetValue(&err) : 0;
+    if (!clock || err != OrbCamOk)
+        pixelClock = 160;
+    if (auto *lines = param<OrbGenParam::Int>(exposureLinesName)) {
+        exposureLines = lines->GetValue();
+        exposureLinesMax = lines->GetMax();
+    }
+    if (auto *clocks = param<OrbGenParam::Int>(exposureClocksName)) {
+        exposureClocks = clocks->GetValue();
+        exposureClocksMax = clocks->GetMax();
+    }
+    if (auto *time = param<OrbGenParam::Int>(lineTimeName))
+        lineTime = time->GetValue();
+    if (auto *trigger = param<OrbGenParam::Enum>(triggerModeName))
+        triggerActive = trigger->GetValue() > 0;
+    for (const char *name :
+         { exposureLinesName, exposureClocksName, lineTimeName, "Frame_FixedFramePeriodValue" })
+        listen(param<OrbGenParam::Int>(name));
+    listen(param<OrbGenParam::Enum>(triggerModeName));
+
+    mapper.mapEnumParam(param<OrbGenParam::Enum>("FrameMode"), ui.cmBoxFrameMode);
+    QObject::connect(ui.cmBoxFrameMode, &QComboBox::currentTextChanged, ui.cmBoxFrameMode,
+                     [this] { frameModeRule(true); });
+    const std::pair<const char *, QComboBox *> choices[]
+        = { { "Frame_SubsamplingM", ui.cmBoxSubsamplingM },
+            { "Frame_SubsamplingP", ui.cmBoxSubsamplingP },
+            { "Frame_Averaging", ui.cmBoxAveraging },
+            { "Frame_WdrP1", ui.cmBoxWdrP1 },
+            { "Frame_WdrP2", ui.cmBoxWdrP2 },
+            { "Frame_WdrP3", ui.cmBoxWdrP3 } };
+    for (const auto &[name, box] : choices)
+        mapper.mapEnumParam(param<OrbGenParam::Enum>(name), box);
+    mapper.mapIntParam(param<OrbGenParam::Int>(exposureLinesName), ui.spBoxExpLines,
+                       { ui.spBoxExpTime });
+    mapper.mapIntParam(param<OrbGenParam::Int>(exposureClocksName), ui.spBoxExpClocks,
+                       { ui.spBoxExpTime });
+    const std::pair<const char *, QtOrbSpinBox *> numbers[]
+        = { { "Frame_OffsetX", ui.spBoxFrameOffsetX }, { "Frame_OffsetY", ui.spBoxFrameOffsetY },
+            { "Frame_Width", ui.spBoxFrameWidth },     { "Frame_Height", ui.spBoxFrameHeight },
+            { "Frame_WdrE1", ui.spBoxWdrE1 },          { "Frame_WdrE2", ui.spBoxWdrE2 },
+            { "Frame_WdrE3", ui.spBoxWdrE3 } };
+    for (const auto &[name, box] : numbers)
+        mapper.mapIntParam(param<OrbGenParam::Int>(name), box);
+    const std::pair<const char *, QButtonGroup *> radios[]
+        = { { "ShutterMode", shutter },
+            { "SensorADCBitDepth", adc },
+            { "Frame_ExposureControl", exposureControl },
+            { "Frame_DecimationMode", decimation },
+            { "Frame_AnalogGain", analogGain } };
+    for (const auto &[name, group] : radios)
+        mapper.mapEnumParam(param<OrbGenParam::Enum>(name), group);
+    QObject::connect(exposureControl, &QButtonGroup::idToggled, exposureControl,
+                     [this](int, bool checked) {
+                         if (checked)
+                             updateExposureTime();
+                     });
+
+    ui.spBoxExpTime->slider()->setScaleType(QtOrbSlider::Logarithmic);
+    ui.spBoxExpTime->setValidate(false);
+    ui.spBoxExpTime->setValidateTyping(false);
+    connectExposureTime();
+    ui.spBoxFixedFramePeriodValue->slider()->setScaleType(QtOrbSlider::Logarithmic);
+    mapper.mapIntParam(param<OrbGenParam::Int>("Frame_FixedFramePeriodValue"),
+                       ui.spBoxFixedFramePeriodValue, this);
+    ui.spBoxFixedFramePeriodValue->setValidate(false);
+    mapper.mapIntParam(param<OrbGenParam::Int>("Frame_BlackLevel"), ui.spBoxBlackLevel, nullptr);
+    mapper.mapEnumParam(param<OrbGenParam::Enum>("FrameAB_Selector"), ui.tabFrames);
+    QObject::connect(ui.tabFrames, &QTabWidget::currentChanged, ui.tabFrames,
+                     [this](int index) { tabRule(index); });
+    mapper.mapBooleanParam(param<OrbGenParam::Boolean>("Frame_FixedFramePeriodEnable"),
+                           ui.chBoxFixedFramePeriodEnable);
+    QObject::connect(ui.chBoxFixedFramePeriodEnable, &QCheckBox::clicked,
+                     ui.chBoxFixedFramePeriodEnable, [this] {
+                         if (ui.spBoxFixedFramePeriodValue->isEnabled())
+                             mapper.updateSliderSpinBox(
+                                 param<OrbGenParam::Int>("Frame_FixedFramePeriodValue"),
+                                 ui.spBoxFixedFramePeriodValue, this);
+                         updateExposureTime();
+                     });
+    mapper.mapBooleanParam(param<OrbGenParam::Boolean>("Frame_WdrEnable"), ui.chBoxWdrEnable);
+
+    widthActual = param<OrbGenParam::Int>("Frame_WidthActual");
+    heightActual = param<OrbGenParam::Int>("Frame_HeightActual");
+    delete refreshTimer;
+    refreshTimer = new QTimer(q);
+    refreshTimer->setInterval(1000);
+    QObject::connect(refreshTimer, &QTimer::timeout, q, [this] { showFrameSize(); });
+    refreshTimer->start();
+    showFrameSize();
+
+    setUpDigitalGain();
+
+    for (QWidget *box :
+         { static_cast<QWidget *>(ui.spBoxDualVideo), static_cast<QWidget *>(ui.spBoxFrameLineTime),
+           static_cast<QWidget *>(ui.spBoxNumberOfFrameAs),
+           static_cast<QWidget *>(ui.spBoxNumberOfFrameBs) })
+        box->setEnabled(false);
+    // Opening the dialog writes nothing: the tab shown is the frame the
+    // camera has selected, not one the frame mode would select.
+    frameModeRule(false);
+    tabRule(ui.tabFrames->currentIndex());
+    updateExposureTime();
+}
+
+void OrbCamConfigFrameABDialogPrivate::showFrameSize()
+{
+    QString size;
+    if (widthActual)
+        size += QString::number(widthActual->GetValue());
+    size += QStringLiteral("x");
+    if (heightActual)
+        size += QString::number(heightActual->GetValue());
+    ui.lineEditFrameCurrentSize->setText(size);
+}
+
+// The line time and the frame counts follow the frame mode between their
+// controls; in a single-frame mode the other frame's tab is closed. With
+// moveTab, the mode's frame also becomes the current tab (which selects it
+// on the camera): only when the user chose the mode.
+void OrbCamConfigFrameABDialogPrivate::frameModeRule(bool moveTab)
+{
+    const QString mode = ui.cmBoxFrameMode->currentText();
+    auto *lineTimeParam = param<OrbGenParam::Int>(lineTimeName);
+    auto *framesA = param<OrbGenParam::Int>("NumberOfFrameAs");
+    auto *framesB = param<OrbGenParam::Int>("NumberOfFrameBs");
+    if (mode == QLatin1String("FrameA") || mode == QLatin1String("FrameB")) {
+        const bool a = mode == QLatin1String("FrameA");
+        if (moveTab)
+            ui.tabFrames->setCurrentIndex(a ? 0 : 1);
+        // Closing the current tab would move to the other one, and so select
+        // that frame on the camera: without the user's choice it stays open.
+        const int current = ui.tabFrames->currentIndex();
+        ui.tabFrames->setTabEnabled(0, a || current == 0);
+        ui.tabFrames->setTabEnabled(1, !a || current == 1);
+        if (!ui.spBoxFrameLineTime->isEnabled())
+            mapper.mapIntParam(lineTimeParam, ui.spBoxFrameLineTime, nullptr);
+        if (ui.spBoxNumberOfFrameAs->isEnabled()) {
+            mapper.unmapParam(framesA, ui.spBoxNumberOfFrameAs);
+            mapper.unmapParam(framesB, ui.spBoxNumberOfFrameBs);
+        }
+    } else {
+        ui.tabFrames->setTabEnabled(0, true);
+        ui.tabFrames->setTabEnabled(1, true);
+        if (!ui.spBoxDualVideo->isEnabled())
+            mapper.mapIntParam(lineTimeParam, ui.spBoxDualVideo, nullptr);
+        if (!ui.spBoxNumberOfFrameAs->isEnabled()) {
+            mapper.mapIntParam(framesA, ui.spBoxNumberOfFrameAs);
+            mapper.mapIntParam(framesB, ui.spBoxNumberOfFrameBs);
+        }
+    }
+}
+
+// The frame controls exist once and stand on the current tab's page.
+void OrbCamConfigFrameABDialogPrivate::tabRule(int index)
+{
+    QBoxLayout *page = index == 1 ? ui.verticalLayoutFrameB : ui.verticalLayoutFrameA;
+    if (ui.frameControls->parentWidget() != page->parentWidget())
+        page->addWidget(ui.frameControls);
+    frameModeRule(false);
+}
+
+void OrbCamConfigFrameABDialogPrivate::connectExposureTime()
+{
+    QObject::connect(ui.spBoxExpTime, QOverload<int>::of(&QtOrbSliderSpinBox::valueChanged),
+                     ui.spBoxExpTime, [this](int microseconds) { exposureSplit(microseconds); });
+}
+
+void OrbCamConfigFrameABDialogPrivate::updateExposureTime()
+{
+    if (!ui.spBoxExpTime->isEnabled())
+        return;
+    const auto perClock
+        = [this](qint64 clocks) { return pixelClock == 0 ? 0 : clocks / pixelClock; };
+    const qint64 maximum = ui.chBoxFixedFramePeriodEnable->isChecked()
+        ? ui.spBoxFixedFramePeriodValue->value()
+        : perClock(exposureClocksMax + exposureLinesMax * lineTime);
+    const qint64 value = perClock(exposureClocks + exposureLines * lineTime);
+    const auto narrow = [](qint64 v) { return static_cast<int>(qBound<qint64>(0, v, INT_MAX)); };
+    // Showing the camera's exposure is no change of it.
+    QObject::disconnect(ui.spBoxExpTime, nullptr, nullptr, nullptr);
+    ui.spBoxExpTime->setRange(0, narrow(maximum));
+    ui.spBoxExpTime->setValue(narrow(value));
+    connectExposureTime();
+}
+
+void OrbCamConfigFrameABDialogPrivate::exposureSplit(int microseconds)
+{
+    const qint64 total = qint64(microseconds) * pixelClock;
+    const qint64 lines = lineTime == 0 ? 0 : total / lineTime;
+    const qint64 clocks = total - lines * lineTime;
+    exposureLines = lines;
+    exposureClocks = clocks;
+    ui.spBoxExpLines->setValue(static_cast<int>(lines));
+    ui.spBoxExpClocks->setValue(static_cast<int>(clocks));
+}
+
+void OrbCamConfigFrameABDialogPrivate::setUpDigitalGain()
+{
+    qint64 coarseMin = 0, coarseMax = 0, fineMin = 0, fineMax = 0;
+    if (auto *coarse = param<OrbGenParam::Int>(coarseGainName)) {
+        coarseGain = coarse->GetValue();
+        coarseMin = coarse->GetMin();
+        coarseMax = coarse->GetMax();
+        listen(coarse);
+    }
+    if (auto *fine = param<OrbGenParam::Int>(fineGainName)) {
+        fineGain = fine->GetValue();
+        fineMin = fine->GetMin();
+        fineMax = fine->GetMax();
+        listen(fine);
+    } else {
+        fineGain = 0;
+    }
+    QtOrbGainSlider *gain = ui.spBoxDigitalGain;
+    gain->setEnabled(param<OrbGenParam::Int>(coarseGainName) != nullptr
+                     || param<OrbGenParam::Int>(fineGainName) != nullptr);
+    gain->setValidate(true);
+    gain->setValidateTyping(false);
+    gain->setRange(digitalGain(coarseMin, fineMin), digitalGain(coarseMax, fineMax));
+    gain->setSingleStep(0.125);
+    showDigitalGain();
+}
+
+void OrbCamConfigFrameABDialogPrivate::showDigitalGain()
+{
+    QtOrbGainSlider *gain = ui.spBoxDigitalGain;
+    QObject::disconnect(gain, nullptr, nullptr, nullptr);
+    gain->setValue(digitalGain(coarseGain, fineGain));
+    QObject::connect(gain, QOverload<double>::of(&QtOrbGainSlider::valueChanged), gain,
+                     [this](double value) { gainSplit(value); });
+}
+
+void OrbCamConfigFrameABDialogPrivate::gainSplit(double gain)
+{
+    splitDigitalGain(gain, &coarseGain, &fineGain);
+    if (auto *coarse = param<OrbGenParam::Int>(coarseGainName))
+        OrbCamConfigMapper::showErrorMessage(coarse->SetValue(coarseGain), ui.spBoxDigitalGain,
+                                             coarse);
+    if (auto *fine = param<OrbGenParam::Int>(fineGainName))
+        OrbCamConfigMapper::showErrorMessage(fine->SetValue(fineGain), ui.spBoxDigitalGain, fine);
+}
+
+void OrbCamConfigFrameABDialogPrivate::OnParameterUpdate(OrbGenParam::Param *param)
+{
+    if (!param)
+        return;
+    const QString name = QString::fromUtf8(param->GetName());
+    handOff.post([this, name] { parameterChanged(name); });
+}
+
+void OrbCamConfigFrameABDialogPrivate::parameterChanged(const QString &name)
+{
+    if (!device || !params)
+        return;
+    const QByteArray key = name.toUtf8();
+    if (auto *integer = params->GetInt(key.constData()); integer && integer->IsAvailable()) {
+        if (name == QLatin1String(lineTimeName)) {
+            lineTime = integer->GetValue();
+            if (ui.spBoxFixedFramePeriodValue->isEnabled())
+                mapper.updateSliderSpinBox(param<OrbGenParam::Int>("Frame_FixedFramePeriodValue"),
+                                           ui.spBoxFixedFramePeriodValue, this);
+        } else if (name == QLatin1String(exposureLinesName)) {
+            exposureLines = integer->GetValue();
+            exposureLinesMax = integer->GetMax();
+        } else if (name == QLatin1String(exposureClocksName)) {
+            exposureClocks = integer->GetValue();
+            exposureClocksMax = integer->GetMax();
+        } else if (name == QLatin1String(coarseGainName) || name == QLatin1String(fineGainName)) {
+            (name == QLatin1String(coarseGainName) ? coarseGain : fineGain) = integer->GetValue();
+            showDigitalGain();
+        }
+    } else if (auto *enumeration = params->GetEnum(key.constData()); enumeration
+               && enumeration->IsAvailable() && name == QLatin1String(triggerModeName)) {
+        triggerActive = enumeration->GetValue() > 0;
+    }
+    updateExposureTime();
+}
+
+OrbCamConfigFrameABDialog::OrbCamConfigFrameABDialog(OrbCam::Device *device, QWidget *parent)
+    : OrbCamConfigDialog(parent)
+    , d_ptr(new OrbCamConfigFrameABDialogPrivate(this))
+{
+    Q_D(OrbCamConfigFrameABDialog);
+    d->prepare();
+    d->init(device);
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+OrbCamConfigFrameABDialog::~OrbCamConfigFrameABDialog()
+{
+    Q_D(OrbCamConfigFrameABDialog);
+    d->stopListening();
+    d->mapper.releaseAll();
+}
+
+void OrbCamConfigFrameABDialog::SetDevice(OrbCam::Device *device)
+{
+    d_func()->init(device);
+}
+
+void OrbCamConfigFrameABDialog::showEvent(QShowEvent *event)
+{
+    for (QtOrbSpinBox *box : findChildren<QtOrbSpinBox *>())
+        OrbCamConfigMapper::resizeVerticalSlider(box);
+    d_func()->mapper.refreshAll();
+    QDialog::showEvent(event);
+}
+
+} // namespace OrbGui
+
+void ShowFrameABDialog(OrbCam::Device *device, WId parent)
+{
+    OrbGui::showCamConfigDialog<OrbGui::OrbCamConfigFrameABDialog>(device, parent);
+}
