@@ -100,8 +100,8 @@ public:
     bool triggerActive = false;
     qint64 pixelClock = 160;
     qint64 lineTime = 0;
-    qint64 exposureLines = 0, exposureLinesMax = 0;
-    qint64 exposureClocks = 0, exposureClocksMax = 0;
+    qint64 exposureLines = 0, exposureLinesMin = 0, exposureLinesMax = 0;
+    qint64 exposureClocks = 0, exposureClocksMin = 0, exposureClocksMax = 0;
     qint64 coarseGain = 0, fineGain = 0;
     OrbGenParam::Int *widthActual = nullptr;
     OrbGenParam::Int *heightActual = nullptr;
@@ -189,10 +189,12 @@ void OrbCamConfigFrameABDialogPrivate::init(OrbCam::Device *newDevice)
         pixelClock = 160;
     if (auto *lines = param<OrbGenParam::Int>(exposureLinesName)) {
         exposureLines = lines->GetValue();
+        exposureLinesMin = lines->GetMin();
         exposureLinesMax = lines->GetMax();
     }
     if (auto *clocks = param<OrbGenParam::Int>(exposureClocksName)) {
         exposureClocks = clocks->GetValue();
+        exposureClocksMin = clocks->GetMin();
         exposureClocksMax = clocks->GetMax();
     }
     if (auto *time = param<OrbGenParam::Int>(lineTimeName))
@@ -361,10 +363,16 @@ void OrbCamConfigFrameABDialogPrivate::updateExposureTime()
         ? ui.spBoxFixedFramePeriodValue->value()
         : perClock(exposureClocksMax + exposureLinesMax * lineTime);
     const qint64 value = perClock(exposureClocks + exposureLines * lineTime);
+    // The range starts at the shortest exposure the camera takes (rounded
+    // up), not at 0: a shorter time would split into fewer lines than the
+    // camera accepts, the write would be refused, and the box would show a
+    // time the camera does not have.
+    const qint64 shortest = exposureClocksMin + exposureLinesMin * lineTime;
+    const qint64 minimum = pixelClock == 0 ? 0 : (shortest + pixelClock - 1) / pixelClock;
     const auto narrow = [](qint64 v) { return static_cast<int>(qBound<qint64>(0, v, INT_MAX)); };
     // Showing the camera's exposure is no change of it.
     QObject::disconnect(ui.spBoxExpTime, nullptr, nullptr, nullptr);
-    ui.spBoxExpTime->setRange(0, narrow(maximum));
+    ui.spBoxExpTime->setRange(narrow(qMin(minimum, maximum)), narrow(maximum));
     ui.spBoxExpTime->setValue(narrow(value));
     connectExposureTime();
 }
@@ -447,9 +455,11 @@ void OrbCamConfigFrameABDialogPrivate::parameterChanged(const QString &name)
                                            ui.spBoxFixedFramePeriodValue, this);
         } else if (name == QLatin1String(exposureLinesName)) {
             exposureLines = integer->GetValue();
+            exposureLinesMin = integer->GetMin();
             exposureLinesMax = integer->GetMax();
         } else if (name == QLatin1String(exposureClocksName)) {
             exposureClocks = integer->GetValue();
+            exposureClocksMin = integer->GetMin();
             exposureClocksMax = integer->GetMax();
         } else if (name == QLatin1String(coarseGainName) || name == QLatin1String(fineGainName)) {
             (name == QLatin1String(coarseGainName) ? coarseGain : fineGain) = integer->GetValue();

@@ -1,6 +1,6 @@
 // The trigger, strobe and pulse generator dialogs on both simulated camera
 // models (the monochrome one lacks features), driven with real input.
-#include "orbcam/orbcamtest.h"
+#include "dialogtest.h"
 
 #include <OrbGui/orbcamconfigpulsedialog.h>
 #include <OrbGui/orbcamconfigstrobedialog.h>
@@ -28,49 +28,6 @@
 #include <QtTest>
 
 using namespace OrbGui;
-using OrbCamTest::DeviceRef;
-using OrbCamTest::SystemRef;
-
-namespace {
-
-struct Camera {
-    explicit Camera(const char *iface = "GEV0")
-        : device(sys.cameras(iface).front())
-    {
-    }
-    OrbGenParam::Array *params() const { return device.params(); }
-    SystemRef sys;
-    DeviceRef device;
-};
-
-template <class T> T *child(QWidget *dialog, const char *name)
-{
-    T *found = dialog->findChild<T *>(QString::fromLatin1(name));
-    if (!found)
-        qWarning("no %s", name);
-    return found;
-}
-
-// Picks an entry of a combo box as a user does: opens its list, moves to the
-// entry and takes it.
-void pick(QComboBox *box, const QString &text)
-{
-    box->showPopup();
-    QAbstractItemView *list = box->view();
-    QTRY_VERIFY(list->isVisible());
-    list->setCurrentIndex(list->model()->index(box->findText(text), 0));
-    QTest::keyClick(list->viewport(), Qt::Key_Return);
-    QTRY_VERIFY(!list->isVisible());
-}
-
-bool show(QDialog *dialog)
-{
-    dialog->show();
-    dialog->activateWindow();
-    return QTest::qWaitForWindowActive(dialog);
-}
-
-} // namespace
 
 class tst_FeatureDialogs : public QObject {
     Q_OBJECT
