@@ -5,6 +5,9 @@
 #include <OrbGui/orbcamconfigcolordialog.h>
 #include <OrbGui/orbcamconfigframeabdialog.h>
 #include <OrbGui/orbcamconfigoutputdialog.h>
+#include <OrbGui/orbcamconfigpulsedialog.h>
+#include <OrbGui/orbcamconfigstrobedialog.h>
+#include <OrbGui/orbcamconfigtriggerdialog.h>
 #include <OrbGui/qtorbdoublespinboxval.h>
 #include <OrbGui/qtorbgainslider.h>
 #include <OrbGui/qtorbsliderspinbox.h>
@@ -63,6 +66,7 @@ private Q_SLOTS:
     void frameOpeningWritesNothing();
     void frameSizeRefreshes();
     void frameWithoutFeatures();
+    void withoutParameterArray();
 };
 
 void tst_FrameDialogs::outputBindsTwelveControls()
@@ -379,6 +383,33 @@ void tst_FrameDialogs::frameWithoutFeatures()
         QVERIFY2(!child<QWidget>(&none, name)->isEnabled(), name);
     none.SetDevice(nullptr);
     QVERIFY(!none.isEnabled());
+}
+
+// A device that cannot give its parameter array: every dialog degrades
+// (the whole dialog disabled, or every control of it), nothing crashes.
+void tst_FrameDialogs::withoutParameterArray()
+{
+    Camera camera;
+    QCOMPARE(OrbCamSim::WithholdParams(camera.device.device->GetInfo()->GetID(), true), OrbCamOk);
+    QVERIFY(!camera.device.device->GetParams());
+    OrbCamConfigOutputDialog output(camera.device.device);
+    QVERIFY(!output.isEnabled());
+    OrbCamConfigFrameABDialog frames(camera.device.device);
+    QVERIFY(!frames.isEnabled());
+    OrbCamConfigStrobeDialog strobe(camera.device.device);
+    QVERIFY(!strobe.isEnabled());
+    OrbCamConfigColorDialog color(camera.device.device);
+    for (const char *name : { "spBoxRed", "cmBoxWhiteBalance", "pushBtnBlueUnity" })
+        QVERIFY2(!child<QWidget>(&color, name)->isEnabled(), name);
+    OrbCamConfigTriggerDialog trigger(camera.device.device);
+    QVERIFY(!child<QWidget>(&trigger, "chBoxTriggerEnable")->isEnabled());
+    OrbCamConfigPulseDialog pulse(camera.device.device);
+    QVERIFY(!child<QWidget>(&pulse, "spBoxPeriod")->isEnabled());
+    QCOMPARE(OrbCamSim::WithholdParams(camera.device.device->GetInfo()->GetID(), false), OrbCamOk);
+    output.SetDevice(camera.device.device);
+    QVERIFY(output.isEnabled());
+    color.SetDevice(camera.device.device);
+    QVERIFY(child<QWidget>(&color, "spBoxRed")->isEnabled());
 }
 
 QTEST_MAIN(tst_FrameDialogs)

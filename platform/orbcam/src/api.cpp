@@ -224,6 +224,14 @@ OrbCamErr SetAccessStatus(const std::string &deviceId, uint32_t status)
     });
 }
 
+OrbCamErr WithholdParams(const std::string &deviceId, bool withheld)
+{
+    return withCamera(deviceId, [withheld](SimSystem &, SimCamera &camera) {
+        camera.paramsWithheld = withheld;
+        return OrbCamOk;
+    });
+}
+
 OrbCamErr AddCamera(const std::string &interfaceId, const std::string &model,
                     const std::string &serial, std::string *id)
 {

@@ -844,6 +844,11 @@ void SimDevice::Port::Write(const void *b, int64_t a, int64_t l)
 
 OrbGenParam::Array *SimDevice::GetParams(OrbCamErr *err)
 {
+    if (m_camera->paramsWithheld) {
+        if (err)
+            *err = OrbCamErrFileRead;
+        return nullptr;
+    }
     if (err)
         *err = OrbCamOk;
     return m_params.get();

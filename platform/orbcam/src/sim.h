@@ -149,6 +149,8 @@ public:
     std::atomic<bool> lost { false };
     // A status forced by the simulation control (0: computed).
     std::atomic<uint32_t> forcedStatus { 0 };
+    // Devices of the camera answer GetParams with no array.
+    std::atomic<bool> paramsWithheld { false };
 
 private:
     Range resolve(GenApi::CNodeMapRef &map, const std::string &feature) const;

@@ -58,6 +58,10 @@ ORBCAM_API OrbCamErr RegainCamera(const std::string &deviceId);
 // IP subnet mismatch). OrbCamErrInvalidArgument for any other status.
 ORBCAM_API OrbCamErr SetAccessStatus(const std::string &deviceId, uint32_t status);
 
+// While withheld, the camera's devices answer GetParams with no array and
+// OrbCamErrFileRead, as if its description could not be read.
+ORBCAM_API OrbCamErr WithholdParams(const std::string &deviceId, bool withheld);
+
 enum FailMode : uint32_t { FailRead = 1, FailWrite = 2, FailReadWrite = 3 };
 // Makes every register behind a feature fail until cleared.
 ORBCAM_API OrbCamErr FailFeature(const std::string &deviceId, const std::string &feature,
