@@ -8,6 +8,11 @@
 // GUI thread only. GenICam exceptions from polling propagate into the event
 // loop; the model catches those of reading and writing features and lists
 // them behind the status button.
+//
+// Nothing is written that the user did not choose: moving through the tree
+// (arrow keys, the wheel) opens no editor and changes no value; F2 or Enter
+// edits the current row's value, Escape leaves the editor. Escape never
+// closes or hides the view (in the filter field it clears the filter).
 #ifndef ORBGUI_ORBGENPARAMTREEVIEW_H
 #define ORBGUI_ORBGENPARAMTREEVIEW_H
 

@@ -277,8 +277,8 @@ void OrbGenParamTreeViewPrivate::setModel(INodeMap *map)
 }
 
 // Wide enough for the longest name (at its depth), within three fifths of
-// the tree, so that the value column keeps room. The spec'd first-show rule
-// (half of both columns) cut long names on every real description.
+// the tree, so that the value column keeps room. Halving both columns on
+// first show, as the view once did, cut long names on every real description.
 void OrbGenParamTreeViewPrivate::fitNameColumn()
 {
     QTreeView *tree = ui.treeView;
