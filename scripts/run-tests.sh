@@ -23,7 +23,8 @@ xvfb-run -a -s "-screen 0 1280x1024x24" \
 # ThreadSanitizer. Qt is not built for it: what its own code does is left out
 # (tests/tsan.supp), ours is checked.
 threaded=(tst_orbcam_discovery tst_devicetreemodel tst_cameraselector tst_selectcamera
-    tst_orbcamconfigmapper tst_genparamtreemodel tst_featuredialogs tst_framedialogs)
+    tst_orbcamconfigmapper tst_genparamtreemodel tst_featuredialogs tst_framedialogs
+    tst_orbcamconfig)
 cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DORB_WERROR=ON -DORB_TSAN=ON \
     -DORB_BUILD_BENCH=OFF
 cmake --build build-tsan -j "$(nproc)" --target "${threaded[@]}"

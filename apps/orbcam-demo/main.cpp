@@ -1,14 +1,17 @@
 // orbcam-demo: every door of libOrbCameraGuiApi, on the simulated camera
 // system or on a GenICam description.
 //
-//   orbcam-demo tree [--xml FILE | --camera ID] [--config FILE] [--screenshot FILE]
-//   orbcam-demo select [--config FILE] [--poll] [--screenshot FILE]
-//   orbcam-demo dialog trigger|strobe|pulse|output|color|frameab [--camera ID] [--config FILE]
-//   [--screenshot FILE] orbcam-demo widgets [--camera ID] [--config FILE] [--screenshot FILE]
+// Doors (each also takes --config FILE and --screenshot FILE):
+//   orbcam-demo config [--camera ID]
+//   orbcam-demo tree [--xml FILE | --camera ID]
+//   orbcam-demo select [--poll]
+//   orbcam-demo dialog trigger|strobe|pulse|output|color|frameab [--camera ID]
+//   orbcam-demo widgets [--camera ID]
 #include <GenApi/GenApi.h>
 #include <OrbCam/OrbCam.h>
 #include <OrbCam/OrbCamSim.h>
 #include <OrbGui/orbcameraselectordialog.h>
+#include <OrbGui/orbcamconfig.h>
 #include <OrbGui/orbcamconfigcolordialog.h>
 #include <OrbGui/orbcamconfigframeabdialog.h>
 #include <OrbGui/orbcamconfigoutputdialog.h>
@@ -336,6 +339,32 @@ int dialog(QApplication &app, const QCommandLineParser &options)
     return result;
 }
 
+// The configuration window. Without a camera it asks in the selector, as a
+// host application's user would see it; a screenshot cannot wait for a
+// choice, so then it takes the first camera that can be opened.
+int config(QApplication &app, const QCommandLineParser &options)
+{
+    const QString screenshot = options.value(QStringLiteral("screenshot"));
+    std::unique_ptr<OpenCamera> camera;
+    if (options.isSet(QStringLiteral("camera")) || !screenshot.isEmpty()) {
+        camera = std::make_unique<OpenCamera>(options);
+        if (!camera->device) {
+            if (camera->system)
+                std::fprintf(stderr, "orbcam-demo: no such camera\n");
+            return 2;
+        }
+    }
+    int result = 0;
+    {
+        OrbGui::OrbCamConfig window(camera ? camera->device : nullptr);
+        window.show();
+        if (!screenshot.isEmpty())
+            screenshotLater(&window, screenshot);
+        result = app.exec();
+    }
+    return result;
+}
+
 // The camera selector on the simulated system; prints the chosen camera's
 // identifier (nothing on cancel).
 int select(const QCommandLineParser &options)
@@ -371,7 +400,8 @@ int main(int argc, char **argv)
     options.addHelpOption();
     options.addPositionalArgument(
         QStringLiteral("door"),
-        QStringLiteral("tree: the parameter tree view; "
+        QStringLiteral("config: the camera configuration window; "
+                       "tree: the parameter tree view; "
                        "widgets: the value widgets on a camera; "
                        "select: the camera selector; "
                        "dialog trigger|strobe|pulse|output|color|frameab: a feature dialog"));
@@ -404,6 +434,8 @@ int main(int argc, char **argv)
     }
     const QStringList doors = options.positionalArguments();
     const QString door = doors.isEmpty() ? QStringLiteral("tree") : doors.first();
+    if (door == QLatin1String("config"))
+        return config(app, options);
     if (door == QLatin1String("tree"))
         return tree(app, options);
     if (door == QLatin1String("dialog"))
@@ -412,8 +444,9 @@ int main(int argc, char **argv)
         return select(options);
     if (door == QLatin1String("widgets"))
         return widgets(app, options);
-    std::fprintf(stderr,
-                 "orbcam-demo: unknown door '%s' (available: tree, widgets, select, dialog)\n",
-                 qPrintable(door));
+    std::fprintf(
+        stderr,
+        "orbcam-demo: unknown door '%s' (available: config, tree, widgets, select, dialog)\n",
+        qPrintable(door));
     return 2;
 }

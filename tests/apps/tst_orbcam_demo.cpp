@@ -19,6 +19,12 @@ void tst_OrbCamDemo::screenshots_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QSize>("atLeast");
+    QTest::newRow("configuration window, first camera that opens")
+        << QStringList { QStringLiteral("config") } << QSize(200, 150);
+    QTest::newRow("configuration window, monochrome camera")
+        << QStringList { QStringLiteral("config"), QStringLiteral("--camera"),
+                         QStringLiteral("U3V0/M1-2001") }
+        << QSize(200, 150);
     QTest::newRow("first simulated camera")
         << QStringList { QStringLiteral("tree") } << QSize(400, 400);
     QTest::newRow("monochrome camera")
@@ -84,6 +90,10 @@ void tst_OrbCamDemo::badArguments_data()
     QTest::addColumn<QString>("message");
     QTest::newRow("unknown camera")
         << QStringList { QStringLiteral("tree"), QStringLiteral("--camera"),
+                         QStringLiteral("NOPE") }
+        << "no such camera";
+    QTest::newRow("configuration window, unknown camera")
+        << QStringList { QStringLiteral("config"), QStringLiteral("--camera"),
                          QStringLiteral("NOPE") }
         << "no such camera";
     QTest::newRow("unreadable description")

@@ -1,0 +1,583 @@
+#include <OrbGui/orbcamconfig.h>
+
+#include "camconfigdialog_p.h"
+#include "ui_orbcamconfig.h"
+#include "ui_orbcamconfigabout.h"
+
+#include <OrbCam/OrbCam.h>
+#include <OrbGui/orbcameraselectordialog.h>
+#include <OrbGui/orbcamconfigcolordialog.h>
+#include <OrbGui/orbcamconfigframeabdialog.h>
+#include <OrbGui/orbcamconfigoutputdialog.h>
+#include <OrbGui/orbcamconfigpulsedialog.h>
+#include <OrbGui/orbcamconfigstrobedialog.h>
+#include <OrbGui/orbcamconfigtriggerdialog.h>
+
+#include <QDate>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QTimer>
+
+#include <atomic>
+
+namespace OrbGui {
+
+namespace {
+
+const QString frameA = QStringLiteral("FrameA");
+const QString frameB = QStringLiteral("FrameB");
+const char selectorName[] = "FrameAB_Selector";
+const char modeName[] = "FrameMode";
+
+enum ConnectionEvent { NoEvent = 0, Lost = 1, Returned = 2 };
+
+} // namespace
+
+class OrbCamConfigPrivate : public OrbGenParam::ParamEventSink {
+    Q_DECLARE_PUBLIC(OrbCamConfig)
+
+public:
+    struct Pane {
+        QPushButton *button;
+        QAction *action;
+        OrbCamConfigDialog *dialog;
+    };
+
+    explicit OrbCamConfigPrivate(OrbCamConfig *q)
+        : q_ptr(q)
+        , handOff(q)
+    {
+    }
+    ~OrbCamConfigPrivate() override = default;
+
+    void OnParameterUpdate(OrbGenParam::Param *param) override;
+    static void onDeviceEvent(const void *data, size_t size, void *context);
+
+    void initialise(OrbCam::Device *newDevice);
+    void firstTime();
+    void fetchParameters();
+    void readFrameState();
+    void forgetParameters();
+    void tick();
+    void refreshFrame(bool b);
+    QString number(const char *name, int64_t *value = nullptr) const;
+    void showTemperature();
+    void clearPanel();
+    void updateStatusBar();
+    void finalAdjustment();
+    void refreshAbout();
+    void dialogsTo(OrbCam::Device *forDialogs);
+    void registerEvents();
+    void unregisterEvents();
+    void letGo();
+    void disconnectDevice();
+    void connectDevice();
+    OrbCam::Device *chooseDevice();
+    QVector<Pane> panes() const;
+    template <class P> P *param(const char *name) const;
+    QVector<QLineEdit *> panelFields() const;
+
+    OrbCamConfig *const q_ptr;
+    OrbCam::Device *device = nullptr;
+    OrbCam::System *system = nullptr;
+    OrbGenParam::Array *params = nullptr;
+    Ui_OrbCamConfigMainWindow ui;
+    QDialog *about = nullptr;
+    Ui_OrbCamConfigAboutDialog aboutUi;
+    bool initialised = false;
+    bool frameABSupport = false;
+    bool refreshBoth = false;
+    bool ownsDevice = false;
+    int frameMode = 0; // 0 frame A, 1 frame B, 2 both alternating
+    bool selectorB = false;
+    std::atomic<int> connectionEvent { NoEvent };
+    OrbGenParam::Enum *selector = nullptr;
+    OrbGenParam::Enum *mode = nullptr;
+    OrbCamConfigFrameABDialog *frameABDialog = nullptr;
+    OrbCamConfigTriggerDialog *triggerDialog = nullptr;
+    OrbCamConfigPulseDialog *pulseDialog = nullptr;
+    OrbCamConfigStrobeDialog *strobeDialog = nullptr;
+    OrbCamConfigOutputDialog *outputDialog = nullptr;
+    OrbCamConfigColorDialog *colorDialog = nullptr;
+    QLabel *statusText = nullptr;
+    QLabel *statusIcon = nullptr;
+    QPixmap connectedIcon, disconnectedIcon;
+    QTimer *timer = nullptr;
+    OrbCamConfigMapper mapper;
+    GuiHandOff handOff;
+};
+
+template <class P> P *OrbCamConfigPrivate::param(const char *name) const
+{
+    if (!params)
+        return nullptr;
+    if constexpr (std::is_same_v<P, OrbGenParam::Int>)
+        return params->GetInt(name);
+    else if constexpr (std::is_same_v<P, OrbGenParam::Enum>)
+        return params->GetEnum(name);
+    else
+        return params->GetString(name);
+}
+
+QVector<OrbCamConfigPrivate::Pane> OrbCamConfigPrivate::panes() const
+{
+    return { { ui.pushBtnFrameAB, ui.actionFrame_A_B, frameABDialog },
+             { ui.pushBtnTrigger, ui.actionTrigger, triggerDialog },
+             { ui.pushBtnPulse, ui.actionPulse, pulseDialog },
+             { ui.pushBtnStrobe, ui.actionStrobe, strobeDialog },
+             { ui.pushBtnDataOut, ui.actionData_Out, outputDialog },
+             { ui.pushBtnColor, ui.actionColor, colorDialog } };
+}
+
+QVector<QLineEdit *> OrbCamConfigPrivate::panelFields() const
+{
+    return { ui.lineEditSizeFrameA, ui.lineEditSizeFrameB, ui.lineEditFpsFrameA,
+             ui.lineEditFpsFrameB,  ui.lineEditFtmFrameA,  ui.lineEditFtmFrameB,
+             ui.lineEditExpFrameA,  ui.lineEditExpFrameB,  ui.lineEditTemperature };
+}
+
+// The camera API's own thread: the one integer, nothing else.
+void OrbCamConfigPrivate::onDeviceEvent(const void *data, size_t size, void *context)
+{
+    if (!data || size < sizeof(uint32_t))
+        return;
+    const uint32_t event = *static_cast<const uint32_t *>(data);
+    auto *d = static_cast<OrbCamConfigPrivate *>(context);
+    if (event == OrbCam::EventDeviceLost)
+        d->connectionEvent = Lost;
+    else if (event == OrbCam::EventDeviceReturned)
+        d->connectionEvent = Returned;
+}
+
+void OrbCamConfigPrivate::firstTime()
+{
+    Q_Q(OrbCamConfig);
+    ui.setupUi(q);
+    about = new QDialog(q);
+    aboutUi.setupUi(about);
+    connectedIcon = QPixmap(QStringLiteral(":/icons/connected.ico"));
+    disconnectedIcon = QPixmap(QStringLiteral(":/icons/disconnected.ico"));
+    frameABDialog = new OrbCamConfigFrameABDialog(nullptr, q);
+    triggerDialog = new OrbCamConfigTriggerDialog(nullptr, q);
+    pulseDialog = new OrbCamConfigPulseDialog(nullptr, q);
+    strobeDialog = new OrbCamConfigStrobeDialog(nullptr, q);
+    outputDialog = new OrbCamConfigOutputDialog(nullptr, q);
+    colorDialog = new OrbCamConfigColorDialog(nullptr, q);
+    ui.lblFrameTime->setText(QStringLiteral("%1s").arg(QChar(0x03BC)));
+    ui.lblExposure->setText(QStringLiteral("%1s").arg(QChar(0x03BC)));
+    ui.lblTemperature->setText(QStringLiteral("%1C").arg(QChar(0x00B0)));
+    aboutUi.lblAppName->setText(QStringLiteral("OrbCameraConfiguration"));
+    aboutUi.lblAppVersion->setText(QStringLiteral("1.4.0 (build 2230) "));
+    aboutUi.lblCopyright->setText(
+        OrbCamConfig::tr("Copyright %1 Orb Imaging").arg(QDate::currentDate().year()));
+    QObject::connect(ui.actionQuit, &QAction::triggered, q, &QWidget::close);
+    QObject::connect(ui.actionConnect, &QAction::triggered, q, [this] { connectDevice(); });
+    QObject::connect(ui.actionDisconnect, &QAction::triggered, q, [this] { disconnectDevice(); });
+    QObject::connect(ui.actionAbout, &QAction::triggered, q, [this] {
+        refreshAbout();
+        about->show();
+    });
+    statusText = new QLabel(q);
+    statusText->setObjectName(QStringLiteral("statusText"));
+    statusIcon = new QLabel(q);
+    statusIcon->setObjectName(QStringLiteral("statusIcon"));
+    q->statusBar()->addWidget(statusText);
+    q->statusBar()->addPermanentWidget(statusIcon);
+    for (const Pane &pane : panes()) {
+        QPushButton *button = pane.button;
+        OrbCamConfigDialog *dialog = pane.dialog;
+        QObject::connect(button, &QPushButton::toggled, dialog, [dialog](bool on) {
+            if (on)
+                dialog->show();
+            else
+                dialog->close();
+        });
+        QObject::connect(dialog, &OrbCamConfigDialog::closing, button, [button] {
+            const QSignalBlocker quiet(button);
+            button->setChecked(false);
+        });
+        QObject::connect(pane.action, &QAction::toggled, button, [button, dialog](bool on) {
+            button->setVisible(on);
+            if (!on) {
+                button->setChecked(false);
+                dialog->close();
+            }
+        });
+    }
+    timer = new QTimer(q);
+    QObject::connect(timer, &QTimer::timeout, q, [this] { tick(); });
+}
+
+OrbCam::Device *OrbCamConfigPrivate::chooseDevice()
+{
+    Q_Q(OrbCamConfig);
+    if (!system)
+        system = OrbCam_GetSystem();
+    if (!system)
+        return nullptr;
+    OrbCam::Device *opened = nullptr;
+    {
+        OrbCameraSelectorDialog selectorDialog(system, q, false);
+        selectorDialog.setWindowTitle(OrbCamConfig::tr("Select a device"));
+        if (selectorDialog.exec() == QDialog::Accepted)
+            if (OrbCam::DeviceInfo *info = selectorDialog.selectedCamera()) {
+                OrbCamErr err = OrbCamOk;
+                opened = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0, &err);
+                if (!opened)
+                    QMessageBox::warning(q, OrbCamConfig::tr("Connect"),
+                                         OrbCamConfig::tr("Cannot open %1: %2")
+                                             .arg(QString::fromUtf8(info->GetID()),
+                                                  QString::fromUtf8(OrbCam_ErrorText(err))));
+            }
+    }
+    ownsDevice = opened != nullptr;
+    // Nothing chosen: the window holds nothing of the camera system.
+    if (!opened) {
+        OrbCam_ReleaseSystem(system);
+        system = nullptr;
+    }
+    return opened;
+}
+
+void OrbCamConfigPrivate::initialise(OrbCam::Device *newDevice)
+{
+    Q_Q(OrbCamConfig);
+    if (!initialised) {
+        firstTime();
+        initialised = true;
+        if (!newDevice)
+            newDevice = chooseDevice();
+    }
+    device = newDevice;
+    params = nullptr;
+    if (device) {
+        OrbCamErr err = OrbCamOk;
+        params = device->GetParams(&err);
+        if (params && err == OrbCamOk) {
+            fetchParameters();
+            connectionEvent = NoEvent;
+        } else {
+            params = nullptr;
+        }
+    }
+    updateStatusBar();
+    q->setEnabled(true);
+    mapper.releaseAll();
+    timer->start(1000);
+    finalAdjustment();
+    refreshAbout();
+    if (device)
+        registerEvents();
+}
+
+void OrbCamConfigPrivate::registerEvents()
+{
+    for (uint32_t event :
+         { uint32_t(OrbCam::EventDeviceLost), uint32_t(OrbCam::EventDeviceReturned) }) {
+        device->UnregisterEventCallback(event, &OrbCamConfigPrivate::onDeviceEvent, this);
+        device->RegisterEventCallback(event, &OrbCamConfigPrivate::onDeviceEvent, this);
+    }
+}
+
+void OrbCamConfigPrivate::unregisterEvents()
+{
+    if (!device)
+        return;
+    for (uint32_t event :
+         { uint32_t(OrbCam::EventDeviceLost), uint32_t(OrbCam::EventDeviceReturned) })
+        device->UnregisterEventCallback(event, &OrbCamConfigPrivate::onDeviceEvent, this);
+}
+
+void OrbCamConfigPrivate::fetchParameters()
+{
+    for (OrbGenParam::Enum **watched : { &selector, &mode }) {
+        if (*watched)
+            (*watched)->UnregisterEventSink(this);
+    }
+    selector = param<OrbGenParam::Enum>(selectorName);
+    mode = param<OrbGenParam::Enum>(modeName);
+    for (OrbGenParam::Enum *watched : { selector, mode })
+        if (watched)
+            watched->RegisterEventSink(this);
+    readFrameState();
+}
+
+void OrbCamConfigPrivate::readFrameState()
+{
+    frameABSupport = selector != nullptr;
+    selectorB = false;
+    frameMode = 0;
+    if (!frameABSupport)
+        return;
+    selectorB = QString::fromUtf8(selector->GetValueName()) != frameA;
+    if (mode) {
+        const QString name = QString::fromUtf8(mode->GetValueName());
+        frameMode = name == frameA ? 0 : name == frameB ? 1 : 2;
+        if (frameMode == 2)
+            refreshBoth = true;
+    }
+}
+
+void OrbCamConfigPrivate::forgetParameters()
+{
+    for (OrbGenParam::Enum *watched : { selector, mode })
+        if (watched)
+            watched->UnregisterEventSink(this);
+    handOff.invalidate();
+    selector = mode = nullptr;
+    params = nullptr;
+}
+
+void OrbCamConfigPrivate::OnParameterUpdate(OrbGenParam::Param *)
+{
+    handOff.post([this] {
+        if (!params)
+            return;
+        readFrameState();
+        refreshFrame(false);
+        refreshFrame(true);
+    });
+}
+
+// A value the camera cannot give leaves its field empty rather than showing
+// a made-up 0.
+QString OrbCamConfigPrivate::number(const char *name, int64_t *value) const
+{
+    auto *feature = param<OrbGenParam::Int>(name);
+    if (!feature)
+        return QString();
+    OrbCamErr err = OrbCamOk;
+    const int64_t read = feature->GetValue(&err);
+    if (err != OrbCamOk)
+        return QString();
+    if (value)
+        *value = read;
+    return QString::number(read);
+}
+
+void OrbCamConfigPrivate::refreshFrame(bool b)
+{
+    if (!params)
+        return;
+    const QString width = number("Width");
+    const QString height = number("Height");
+    (b ? ui.lineEditSizeFrameB : ui.lineEditSizeFrameA)
+        ->setText(width.isEmpty() && height.isEmpty() ? QString()
+                                                      : width + QStringLiteral("x") + height);
+    (b ? ui.lineEditExpFrameB : ui.lineEditExpFrameA)->setText(number("CurrentExposureTime"));
+    int64_t time = 0;
+    const QString frameTime = number("CurrentFrameTime", &time);
+    (b ? ui.lineEditFtmFrameB : ui.lineEditFtmFrameA)->setText(frameTime);
+    (b ? ui.lineEditFpsFrameB : ui.lineEditFpsFrameA)
+        ->setText(frameTime.isEmpty()
+                      ? QString()
+                      : QString::number(time == 0 ? 0.0 : 1000000.0 / double(time), 'f', 2));
+}
+
+void OrbCamConfigPrivate::showTemperature()
+{
+    if (params)
+        ui.lineEditTemperature->setText(number("CurrentTemperature"));
+}
+
+void OrbCamConfigPrivate::clearPanel()
+{
+    for (QLineEdit *field : panelFields())
+        field->clear();
+}
+
+void OrbCamConfigPrivate::tick()
+{
+    switch (connectionEvent.exchange(NoEvent)) {
+    case Lost:
+        forgetParameters();
+        dialogsTo(nullptr);
+        clearPanel();
+        updateStatusBar();
+        return;
+    case Returned: {
+        refreshBoth = true;
+        OrbCam::Device *same = device;
+        dialogsTo(same);
+        initialise(same);
+        return;
+    }
+    default:
+        break;
+    }
+    if (!params)
+        return;
+    showTemperature();
+    if (frameMode == 0) {
+        refreshFrame(false);
+    } else if (frameMode == 1) {
+        refreshFrame(true);
+    } else if (refreshBoth) {
+        refreshBoth = false;
+        refreshFrame(false);
+        refreshFrame(true);
+    } else {
+        refreshFrame(selectorB);
+    }
+}
+
+void OrbCamConfigPrivate::updateStatusBar()
+{
+    if (params) {
+        auto *model = param<OrbGenParam::String>("DeviceModelName");
+        statusText->setText(model ? QString::fromUtf8(model->GetValue().c_str())
+                                  : OrbCamConfig::tr("Unknown"));
+        statusIcon->setPixmap(connectedIcon);
+    } else {
+        statusText->setText(OrbCamConfig::tr("Disconnected"));
+        statusIcon->setPixmap(disconnectedIcon);
+    }
+}
+
+void OrbCamConfigPrivate::finalAdjustment()
+{
+    ui.pushBtnFrameAB->setVisible(frameABSupport && ui.actionFrame_A_B->isChecked());
+    const int limit = frameABSupport
+        ? ui.lineEditExpFrameA->fontMetrics().horizontalAdvance(QStringLiteral("xxxxxxxxxxxx"))
+        : QWIDGETSIZE_MAX;
+    for (QLineEdit *field : panelFields())
+        if (field != ui.lineEditTemperature)
+            field->setMaximumWidth(limit);
+    for (QWidget *columnB :
+         { static_cast<QWidget *>(ui.lblFrameB), static_cast<QWidget *>(ui.lineEditSizeFrameB),
+           static_cast<QWidget *>(ui.lineEditFpsFrameB),
+           static_cast<QWidget *>(ui.lineEditFtmFrameB),
+           static_cast<QWidget *>(ui.lineEditExpFrameB) })
+        columnB->setVisible(frameABSupport);
+    refreshFrame(false);
+    refreshFrame(true);
+    for (const Pane &pane : panes()) {
+        const bool visible = pane.action->isVisible() && pane.action->isChecked()
+            && (pane.button != ui.pushBtnFrameAB || frameABSupport);
+        pane.button->setVisible(visible);
+        if (!visible) {
+            const QSignalBlocker quiet(pane.button);
+            pane.button->setChecked(false);
+            pane.dialog->close();
+        }
+    }
+}
+
+void OrbCamConfigPrivate::refreshAbout()
+{
+    const QString missing = QStringLiteral("N/A");
+    const std::pair<QLabel *, const char *> texts[]
+        = { { aboutUi.lblDeviceManufacturerName, "DeviceVendorName" },
+            { aboutUi.lblDeviceModelName, "DeviceModelName" },
+            { aboutUi.lblDeviceFamilyName, "DeviceFamilyName" },
+            { aboutUi.lblDeviceVersion, "DeviceVersion" },
+            { aboutUi.lblFirmwareVersion, "DeviceFirmwareVersion" },
+            { aboutUi.lblDeviceManufacturerInfo, "DeviceManufacturerInfo" },
+            { aboutUi.lblDeviceSerialNumber, "DeviceSerialNumber" },
+            { aboutUi.lblDeviceUserDefinedName, "DeviceUserID" } };
+    for (const auto &[label, name] : texts) {
+        auto *text = param<OrbGenParam::String>(name);
+        label->setText(text ? QString::fromUtf8(text->GetValue().c_str()) : missing);
+    }
+    auto *sensor = param<OrbGenParam::Enum>("SensorType");
+    aboutUi.lblSensorType->setText(sensor ? QString::fromUtf8(sensor->GetValueName()) : missing);
+    const std::pair<QLabel *, const char *> numbers[]
+        = { { aboutUi.lblRgsID, "RgsID" },           { aboutUi.lblFpgaID, "FpgaID" },
+            { aboutUi.lblEpcsID, "EpcsID" },         { aboutUi.lblFirmwareImage, "FirmwareImage" },
+            { aboutUi.lblCustomerID, "CustomerID" }, { aboutUi.lblFamilyID, "FamilyID" },
+            { aboutUi.lblXmlVersion, "XmlVersion" } };
+    for (const auto &[label, name] : numbers) {
+        auto *number = param<OrbGenParam::Int>(name);
+        label->setText(number ? QString::number(number->GetValue()) : missing);
+    }
+}
+
+void OrbCamConfigPrivate::dialogsTo(OrbCam::Device *forDialogs)
+{
+    for (const Pane &pane : panes())
+        pane.dialog->SetDevice(forDialogs);
+    refreshAbout();
+}
+
+// The dialogs let go of the device before the window does; a device (and
+// system) the window opened itself is released.
+void OrbCamConfigPrivate::letGo()
+{
+    unregisterEvents();
+    forgetParameters();
+    dialogsTo(nullptr);
+    if (ownsDevice && device)
+        OrbCam_ReleaseDevice(device);
+    device = nullptr;
+    ownsDevice = false;
+    if (system) {
+        OrbCam_ReleaseSystem(system);
+        system = nullptr;
+    }
+}
+
+void OrbCamConfigPrivate::disconnectDevice()
+{
+    letGo();
+    initialise(nullptr);
+    clearPanel();
+}
+
+void OrbCamConfigPrivate::connectDevice()
+{
+    disconnectDevice();
+    OrbCam::Device *opened = chooseDevice();
+    if (!opened)
+        return;
+    initialise(opened);
+    dialogsTo(opened);
+    ownsDevice = true;
+}
+
+OrbCamConfig::OrbCamConfig(OrbCam::Device *device, QWidget *parent, Qt::WindowFlags flags)
+    : QMainWindow(parent, flags)
+    , d_ptr(new OrbCamConfigPrivate(this))
+{
+    Q_D(OrbCamConfig);
+    d->initialise(device);
+    if (d->device)
+        d->dialogsTo(d->device);
+}
+
+OrbCamConfig::~OrbCamConfig()
+{
+    Q_D(OrbCamConfig);
+    d->timer->stop();
+    d->letGo();
+}
+
+void OrbCamConfig::SetDevice(OrbCam::Device *device)
+{
+    Q_D(OrbCamConfig);
+    if (device != d->device) {
+        d->letGo();
+    } else {
+        d->unregisterEvents();
+        d->forgetParameters();
+    }
+    d->initialise(device);
+    d->dialogsTo(device);
+}
+
+void OrbCamConfig::showEvent(QShowEvent *event)
+{
+    d_func()->showTemperature();
+    QMainWindow::showEvent(event);
+}
+
+} // namespace OrbGui
+
+void ShowCamConfigDialog(OrbCam::Device *device, WId parent)
+{
+    OrbGui::ensureApplication();
+    QWidget *parentWidget = parent ? QWidget::find(parent) : nullptr;
+    OrbGui::OrbCamConfig window(device, parentWidget);
+    window.show();
+}
