@@ -21,6 +21,7 @@
 #include <QTimer>
 
 #include <atomic>
+#include <optional>
 
 namespace OrbGui {
 
@@ -62,7 +63,7 @@ public:
     void forgetParameters();
     void tick();
     void refreshFrame(bool b);
-    QString number(const char *name, int64_t *value = nullptr) const;
+    std::optional<QString> number(const char *name, int64_t *value = nullptr) const;
     void showTemperature();
     void clearPanel();
     void updateStatusBar();
@@ -341,13 +342,14 @@ void OrbCamConfigPrivate::OnParameterUpdate(OrbGenParam::Param *)
     });
 }
 
-// A value the camera cannot give leaves its field empty rather than showing
-// a made-up 0.
-QString OrbCamConfigPrivate::number(const char *name, int64_t *value) const
+// No value: the camera lacks the feature, and its field is left as it is.
+// An empty text: the read failed, and the field shows nothing rather than a
+// made-up 0.
+std::optional<QString> OrbCamConfigPrivate::number(const char *name, int64_t *value) const
 {
     auto *feature = param<OrbGenParam::Int>(name);
     if (!feature)
-        return QString();
+        return std::nullopt;
     OrbCamErr err = OrbCamOk;
     const int64_t read = feature->GetValue(&err);
     if (err != OrbCamOk)
@@ -357,29 +359,40 @@ QString OrbCamConfigPrivate::number(const char *name, int64_t *value) const
     return QString::number(read);
 }
 
+namespace {
+
+void showIn(QLineEdit *field, const std::optional<QString> &text)
+{
+    if (text)
+        field->setText(*text);
+}
+
+} // namespace
+
 void OrbCamConfigPrivate::refreshFrame(bool b)
 {
     if (!params)
         return;
-    const QString width = number("Width");
-    const QString height = number("Height");
-    (b ? ui.lineEditSizeFrameB : ui.lineEditSizeFrameA)
-        ->setText(width.isEmpty() && height.isEmpty() ? QString()
-                                                      : width + QStringLiteral("x") + height);
-    (b ? ui.lineEditExpFrameB : ui.lineEditExpFrameA)->setText(number("CurrentExposureTime"));
+    const std::optional<QString> width = number("Width");
+    const std::optional<QString> height = number("Height");
+    if (width || height)
+        showIn(b ? ui.lineEditSizeFrameB : ui.lineEditSizeFrameA,
+               width.value_or(QString()) + QStringLiteral("x") + height.value_or(QString()));
+    showIn(b ? ui.lineEditExpFrameB : ui.lineEditExpFrameA, number("CurrentExposureTime"));
     int64_t time = 0;
-    const QString frameTime = number("CurrentFrameTime", &time);
-    (b ? ui.lineEditFtmFrameB : ui.lineEditFtmFrameA)->setText(frameTime);
-    (b ? ui.lineEditFpsFrameB : ui.lineEditFpsFrameA)
-        ->setText(frameTime.isEmpty()
-                      ? QString()
-                      : QString::number(time == 0 ? 0.0 : 1000000.0 / double(time), 'f', 2));
+    const std::optional<QString> frameTime = number("CurrentFrameTime", &time);
+    showIn(b ? ui.lineEditFtmFrameB : ui.lineEditFtmFrameA, frameTime);
+    if (frameTime)
+        showIn(b ? ui.lineEditFpsFrameB : ui.lineEditFpsFrameA,
+               frameTime->isEmpty()
+                   ? QString()
+                   : QString::number(time == 0 ? 0.0 : 1000000.0 / double(time), 'f', 2));
 }
 
 void OrbCamConfigPrivate::showTemperature()
 {
     if (params)
-        ui.lineEditTemperature->setText(number("CurrentTemperature"));
+        showIn(ui.lineEditTemperature, number("CurrentTemperature"));
 }
 
 void OrbCamConfigPrivate::clearPanel()
@@ -556,6 +569,8 @@ OrbCamConfig::~OrbCamConfig()
 void OrbCamConfig::SetDevice(OrbCam::Device *device)
 {
     Q_D(OrbCamConfig);
+    // A device the window opened itself is released here, not merely
+    // disowned: the host never had it, so nobody else could.
     if (device != d->device) {
         d->letGo();
     } else {

@@ -116,6 +116,8 @@ private Q_SLOTS:
     void hostDeviceStaysTheHosts();
     void lossAndReturnWithDialogOpen();
     void setDeviceMovesDialogs();
+    void readFailureShowsNothing();
+    void showFunctionReturns();
 };
 
 void tst_OrbCamConfig::panel_data()
@@ -408,6 +410,35 @@ void tst_OrbCamConfig::setDeviceMovesDialogs()
     window.SetDevice(colour.device.device);
     QTRY_VERIFY(child<QWidget>(strobe, "spBoxStrobe1Delay")->isEnabled());
     QVERIFY(child<QWidget>(&window, "pushBtnFrameAB")->isVisible());
+}
+
+// A register that cannot be read empties its field instead of showing 0;
+// the others keep ticking.
+void tst_OrbCamConfig::readFailureShowsNothing()
+{
+    Camera camera("U3V0");
+    const std::string id = camera.device.device->GetInfo()->GetID();
+    OrbCamConfig window(camera.device.device);
+    QVERIFY(showWindow(&window));
+    QVERIFY(!child<QLineEdit>(&window, "lineEditTemperature")->text().isEmpty());
+    QCOMPARE(OrbCamSim::FailFeature(id, "CurrentTemperature", OrbCamSim::FailRead), OrbCamOk);
+    QTRY_VERIFY_WITH_TIMEOUT(child<QLineEdit>(&window, "lineEditTemperature")->text().isEmpty(),
+                             2500);
+    QVERIFY(!child<QLineEdit>(&window, "lineEditSizeFrameA")->text().isEmpty());
+    QCOMPARE(statusText(&window),
+             QString::fromStdString(camera.params()->GetString("DeviceModelName")->GetValue()));
+}
+
+// The plain entry point shows the window and takes it down again before it
+// returns: the host runs the event loop, and no window of ours is left.
+void tst_OrbCamConfig::showFunctionReturns()
+{
+    Camera camera;
+    const int windows = QApplication::topLevelWidgets().size();
+    ShowCamConfigDialog(camera.device.device, 0);
+    QCoreApplication::processEvents();
+    QCOMPARE(QApplication::topLevelWidgets().size(), windows);
+    QVERIFY(camera.params()->GetInt("Width")->GetValue() > 0);
 }
 
 QTEST_MAIN(tst_OrbCamConfig)
