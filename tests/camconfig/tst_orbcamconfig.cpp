@@ -2,6 +2,7 @@
 // panel and About box show, connecting through the selector, the camera's
 // loss and return with a dialog open, and who releases which device.
 #include "dialogtest.h"
+#include "modaltest.h"
 #include "selector/devicetreemodel.h"
 
 #include <OrbGui/orbcameraselectordialog.h>
@@ -59,21 +60,6 @@ bool showsIcon(QWidget *window, const char *resource)
 {
     const QPixmap shown = child<QLabel>(window, "statusIcon")->pixmap(Qt::ReturnByValue);
     return !shown.isNull() && shown.toImage() == QPixmap(QString::fromLatin1(resource)).toImage();
-}
-
-// The user's part in the next modal dialog, played from its event loop.
-void onNextModal(std::function<void(QWidget *)> act)
-{
-    auto *timer = new QTimer;
-    timer->setInterval(20);
-    QObject::connect(timer, &QTimer::timeout, [timer, act] {
-        if (QWidget *modal = QApplication::activeModalWidget()) {
-            timer->stop();
-            timer->deleteLater();
-            act(modal);
-        }
-    });
-    timer->start();
 }
 
 void choose(QWidget *modal, const QString &id)

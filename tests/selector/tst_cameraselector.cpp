@@ -1,5 +1,6 @@
 // The camera selector and the IP address dialog on the simulated camera
 // system, driven with real input on the X server.
+#include "modaltest.h"
 #include "orbcam/orbcamtest.h"
 #include "selector/devicetreemodel.h"
 #include "selector/setipdialog.h"
@@ -76,22 +77,6 @@ struct Selector {
     }
     OrbCameraSelectorDialog dialog;
 };
-
-// Runs `act` on the next modal dialog that opens (a QMessageBox or the IP
-// dialog), from the event loop that runs it.
-void onNextModal(std::function<void(QWidget *)> act)
-{
-    auto *timer = new QTimer;
-    timer->setInterval(20);
-    QObject::connect(timer, &QTimer::timeout, [timer, act] {
-        if (QWidget *modal = QApplication::activeModalWidget()) {
-            timer->stop();
-            timer->deleteLater();
-            act(modal);
-        }
-    });
-    timer->start();
-}
 
 QString cameraId(SystemRef &sys, const char *iface, size_t place)
 {
