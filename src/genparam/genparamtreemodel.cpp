@@ -18,6 +18,7 @@
 
 #include <cmath>
 #include <list>
+#include <unordered_set>
 #include <map>
 #include <vector>
 
@@ -197,36 +198,57 @@ void GenParamTreeModelPrivate::Init(GenParamTreeModel *q)
     }
 }
 
-void GenParamTreeModelPrivate::RegisterCallbackForChildren(ICategory *category,
-                                                           ItemEntry *parentItem)
+// Iterative, and every category is expanded once: a description may nest
+// categories a hundred thousand deep or list them in a cycle, and neither
+// may cost the stack or the tree its shape. A feature listed again under
+// another category keeps its first parent and row; a category listed again
+// is left out there, so that it shows once. Categories deeper than
+// maxCategoryDepth are shown without their contents: Qt's proxy models and
+// views recurse once per level, and no real camera comes near the limit.
+void GenParamTreeModelPrivate::RegisterCallbackForChildren(ICategory *root, ItemEntry *rootItem)
 {
-    if (!category)
+    if (!root)
         return;
-    FeatureList_t features;
-    category->GetFeatures(features);
-    childLists.emplace_back(features.size(), nullptr);
-    std::vector<ItemEntry *> &children = childLists.back();
-    for (size_t i = 0; i < features.size(); ++i) {
-        IValue *feature = features[i];
-        INode *node = feature->GetNode();
-        if (node->GetName() == probeNodeName) {
-            auto *integer = dynamic_cast<IInteger *>(node);
-            if (integer && integer->GetRepresentation() == IPV4Address)
-                ipRepresentationTrusted = true;
+    std::unordered_set<ICategory *> expanded { root };
+    constexpr int maxCategoryDepth = 1000;
+    struct Pending {
+        ICategory *category;
+        ItemEntry *parentItem;
+        int depth;
+    };
+    std::vector<Pending> pending { { root, rootItem, 0 } };
+    while (!pending.empty()) {
+        const auto [category, parentItem, depth] = pending.back();
+        pending.pop_back();
+        FeatureList_t features;
+        category->GetFeatures(features);
+        std::vector<ItemEntry *> &children = childLists.emplace_back();
+        children.reserve(features.size());
+        for (IValue *feature : features) {
+            INode *node = feature->GetNode();
+            auto *subCategory = dynamic_cast<ICategory *>(node);
+            if (subCategory && !expanded.insert(subCategory).second)
+                continue;
+            if (node->GetName() == probeNodeName) {
+                auto *integer = dynamic_cast<IInteger *>(node);
+                if (integer && integer->GetRepresentation() == IPV4Address)
+                    ipRepresentationTrusted = true;
+            }
+            auto inserted = items.emplace(
+                feature,
+                IndexFeature { parentItem, nullptr, static_cast<qint32>(children.size()), 0 });
+            if (inserted.second)
+                callbackHandles.push_back(Register(
+                    node, *this, &GenParamTreeModelPrivate::NodeCallback, cbPostInsideLock));
+            ItemEntry *entry = &*inserted.first;
+            children.push_back(entry);
+            if (subCategory && depth + 1 < maxCategoryDepth)
+                pending.push_back({ subCategory, entry, depth + 1 });
         }
-        callbackHandles.push_back(
-            Register(node, *this, &GenParamTreeModelPrivate::NodeCallback, cbPostInsideLock));
-        // A feature reached again through another category keeps its first
-        // parent and row.
-        auto inserted = items.emplace(
-            feature, IndexFeature { parentItem, nullptr, static_cast<qint32>(i), 0 });
-        ItemEntry *entry = &*inserted.first;
-        children[i] = entry;
-        RegisterCallbackForChildren(dynamic_cast<ICategory *>(node), entry);
-    }
-    if (parentItem) {
-        parentItem->second.children = children.data();
-        parentItem->second.childCount = static_cast<qint32>(children.size());
+        if (parentItem) {
+            parentItem->second.children = children.data();
+            parentItem->second.childCount = static_cast<qint32>(children.size());
+        }
     }
 }
 

@@ -3,6 +3,7 @@
 #include "genparamtreemodel.h"
 
 #include <algorithm>
+#include <vector>
 
 using namespace GenApi;
 
@@ -16,63 +17,145 @@ GenParamTreeVisibilityFilterProxyModel::GenParamTreeVisibilityFilterProxyModel(Q
 
 GenParamTreeVisibilityFilterProxyModel::~GenParamTreeVisibilityFilterProxyModel() = default;
 
+void GenParamTreeVisibilityFilterProxyModel::setSourceModel(QAbstractItemModel *model)
+{
+    if (sourceModel())
+        disconnect(sourceModel(), nullptr, this, nullptr);
+    matchesBelow.clear();
+    QSortFilterProxyModel::setSourceModel(model);
+    if (!model)
+        return;
+    // Availability (NI) follows values: any change may change an answer.
+    auto forget = [this] { matchesBelow.clear(); };
+    connect(model, &QAbstractItemModel::dataChanged, this, forget);
+    connect(model, &QAbstractItemModel::layoutChanged, this, forget);
+    connect(model, &QAbstractItemModel::modelReset, this, forget);
+    connect(model, &QAbstractItemModel::rowsInserted, this, forget);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, forget);
+}
+
 void GenParamTreeVisibilityFilterProxyModel::setFilterVisibility(int _visibility)
 {
     visibility = _visibility;
-    invalidateFilter();
+    refilter();
 }
 
 void GenParamTreeVisibilityFilterProxyModel::setFilterText(const QString &text)
 {
     filterRegExp.setPattern(text);
-    invalidateFilter();
+    refilter();
 }
 
-bool GenParamTreeVisibilityFilterProxyModel::filterAcceptsRow(int sourceRow,
-                                                              const QModelIndex &sourceParent) const
+// invalidate(), not invalidateFilter(): Qt re-filters what is mapped by
+// recursing once per mapped level, which overflows the stack on a deeply
+// nested description; invalidate() drops the mapping flat and maps again on
+// demand.
+void GenParamTreeVisibilityFilterProxyModel::refilter()
 {
-    const QModelIndex index = sourceModel()->index(sourceRow, 0, sourceParent);
+    matchesBelow.clear();
+    invalidate();
+}
+
+namespace {
+
+enum class Verdict { Hide, Show, AskChildren };
+
+// What a row says of itself; a category under a name filter leaves it to
+// what lies below it.
+Verdict ownVerdict(const QModelIndex &index, int visibility, const QRegExp &filterRegExp,
+                   bool wholeWords)
+{
     const QVariant pointer = index.data(ValuePointerRole);
     if (!pointer.canConvert<IValue *>())
-        return true;
+        return Verdict::Show;
     IValue *value = pointer.value<IValue *>();
     if (!value)
-        return true;
+        return Verdict::Show;
     INode *node = value->GetNode();
     if (static_cast<int>(node->GetVisibility()) > visibility)
-        return false;
+        return Verdict::Hide;
     try {
         if (node->GetAccessMode() == NI)
-            return false;
+            return Verdict::Hide;
     } catch (const GenICam::GenericException &) {
         // Whether it exists cannot be told: show it, the cell says why.
     }
     // "*" (the pattern before any text is set) names nothing either.
     const bool named
         = !filterRegExp.pattern().isEmpty() && filterRegExp.pattern() != QLatin1String("*");
-    if (node->GetPrincipalInterfaceType() == intfICategory) {
-        // While a name filter is set, a category shows only for what
-        // matches below it: dozens of empty categories hid the matches.
-        if (!named)
-            return true;
-        for (int row = 0; row < sourceModel()->rowCount(index); ++row)
-            if (filterAcceptsRow(row, index))
-                return true;
-        return false;
-    }
     if (!named)
-        return true;
+        return Verdict::Show;
+    // While a name filter is set, a category shows only for what matches
+    // below it: dozens of empty categories hid the matches.
+    if (node->GetPrincipalInterfaceType() == intfICategory)
+        return Verdict::AskChildren;
     const QString name = QString::fromUtf8(node->GetDisplayName().c_str());
     if (!wholeWords)
-        return filterRegExp.indexIn(name) >= 0;
+        return filterRegExp.indexIn(name) >= 0 ? Verdict::Show : Verdict::Hide;
     // Whole words: the pattern matches the whole name or one of its words
     // ("gain" finds "Analog Gain", not "Gainsborough").
     if (filterRegExp.exactMatch(name))
-        return true;
+        return Verdict::Show;
     static const QRegExp separators(QStringLiteral("[^\\w]+"));
     const QStringList words = name.split(separators, Qt::SkipEmptyParts);
-    return std::any_of(words.begin(), words.end(),
-                       [this](const QString &word) { return filterRegExp.exactMatch(word); });
+    return std::any_of(
+               words.begin(), words.end(),
+               [&filterRegExp](const QString &word) { return filterRegExp.exactMatch(word); })
+        ? Verdict::Show
+        : Verdict::Hide;
+}
+
+} // namespace
+
+bool GenParamTreeVisibilityFilterProxyModel::filterAcceptsRow(int sourceRow,
+                                                              const QModelIndex &sourceParent) const
+{
+    const QModelIndex index = sourceModel()->index(sourceRow, 0, sourceParent);
+    const Verdict verdict = ownVerdict(index, visibility, filterRegExp, wholeWords);
+    if (verdict != Verdict::AskChildren)
+        return verdict == Verdict::Show;
+    return anyMatchBelow(index);
+}
+
+// Depth first with an explicit stack (categories may nest very deeply), and
+// every category's answer is kept: the view asks for each level of a chain
+// in turn, which must not cost the square of its depth.
+bool GenParamTreeVisibilityFilterProxyModel::anyMatchBelow(const QModelIndex &category) const
+{
+    struct Frame {
+        QModelIndex index;
+        int next;
+        bool found;
+    };
+    std::vector<Frame> stack { { category, 0, false } };
+    bool answer = false;
+    while (!stack.empty()) {
+        Frame &top = stack.back();
+        const void *key = top.index.internalPointer();
+        const auto known = matchesBelow.constFind(key);
+        const bool done = known != matchesBelow.constEnd() || top.found
+            || top.next >= sourceModel()->rowCount(top.index);
+        if (done) {
+            answer = known != matchesBelow.constEnd() ? *known : top.found;
+            matchesBelow.insert(key, answer);
+            stack.pop_back();
+            if (!stack.empty())
+                stack.back().found = stack.back().found || answer;
+            continue;
+        }
+        const QModelIndex child = sourceModel()->index(top.next++, 0, top.index);
+        switch (ownVerdict(child, visibility, filterRegExp, wholeWords)) {
+        case Verdict::Show:
+            top.found = true;
+            break;
+        case Verdict::AskChildren:
+            stack.push_back({ child, 0, false }); // `top` is not used after this
+            break;
+        case Verdict::Hide:
+            break;
+        }
+    }
+    return answer;
 }
 
 } // namespace OrbGui

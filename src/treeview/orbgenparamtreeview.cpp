@@ -10,6 +10,7 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QDataStream>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QApplication>
@@ -27,7 +28,9 @@
 #include <cctype>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
+#include <vector>
 
 using namespace GenApi;
 
@@ -241,12 +244,12 @@ void OrbGenParamTreeViewPrivate::setModel(INodeMap *map)
             updateOptionsIcon();
             filter->filterRegExp.setCaseSensitivity(checked ? Qt::CaseSensitive
                                                             : Qt::CaseInsensitive);
-            filter->invalidate();
+            filter->refilter();
         });
         QObject::connect(checkBoxWhole, &QCheckBox::clicked, filter, [this, filter](bool checked) {
             updateOptionsIcon();
             filter->wholeWords = checked;
-            filter->invalidate();
+            filter->refilter();
         });
     }
     QObject::connect(ui.pbExpandAll, &QToolButton::clicked, tree, &QTreeView::expandAll,
@@ -287,17 +290,20 @@ void OrbGenParamTreeViewPrivate::fitNameColumn()
         return;
     const QFontMetrics metrics(tree->font());
     int widest = 0;
-    std::function<void(const QModelIndex &, int)> walk = [&](const QModelIndex &parent, int depth) {
+    // An explicit stack, not recursion: categories may nest very deeply.
+    std::vector<std::pair<QModelIndex, int>> pending { { QModelIndex(), 1 } };
+    while (!pending.empty()) {
+        const auto [parent, depth] = pending.back();
+        pending.pop_back();
         for (int row = 0; row < model->rowCount(parent); ++row) {
             const QModelIndex index = model->index(row, 0, parent);
             const QString text = index.data(Qt::DisplayRole).toString();
             if (!tree->isFirstColumnSpanned(row, parent))
                 widest
                     = qMax(widest, metrics.horizontalAdvance(text) + depth * tree->indentation());
-            walk(index, depth + 1);
+            pending.emplace_back(index, depth + 1);
         }
-    };
-    walk(QModelIndex(), 1);
+    }
     const int available = tree->viewport()->width();
     tree->setColumnWidth(0, qBound(available / 4, widest + 16, available * 3 / 5));
 }
@@ -367,12 +373,18 @@ void OrbGenParamTreeViewPrivate::setSpanForChildren(const QModelIndex &parent)
     QAbstractItemModel *model = ui.treeView->model();
     if (!model)
         return;
-    for (int row = 0; row < model->rowCount(parent); ++row) {
-        const QModelIndex index = model->index(row, 0, parent);
-        const bool category = isCategory(index);
-        ui.treeView->setFirstColumnSpanned(row, parent, category);
-        if (category)
-            setSpanForChildren(index);
+    // An explicit stack, not recursion: categories may nest very deeply.
+    std::vector<QModelIndex> pending { parent };
+    while (!pending.empty()) {
+        const QModelIndex below = pending.back();
+        pending.pop_back();
+        for (int row = 0; row < model->rowCount(below); ++row) {
+            const QModelIndex index = model->index(row, 0, below);
+            const bool category = isCategory(index);
+            ui.treeView->setFirstColumnSpanned(row, below, category);
+            if (category)
+                pending.push_back(index);
+        }
     }
 }
 
@@ -383,35 +395,95 @@ QString OrbGenParamTreeViewPrivate::pathOf(const QModelIndex &index,
     return parentPath.isEmpty() ? text : parentPath + QLatin1Char('/') + text;
 }
 
-std::string OrbGenParamTreeViewPrivate::saveState(const QModelIndex &index,
+// Both walks keep their own stack: categories may nest very deeply.
+std::string OrbGenParamTreeViewPrivate::saveState(const QModelIndex &top,
                                                   const std::string &separator) const
 {
-    if (!isCategory(index))
-        return std::string();
     std::string result;
-    if (ui.treeView->isExpanded(index)) {
-        QStringList path;
-        for (QModelIndex i = index; i.isValid(); i = i.parent())
-            path.prepend(i.data(Qt::DisplayRole).toString());
-        result += path.join(QLatin1Char('/')).toUtf8().toStdString() + separator;
+    std::vector<QModelIndex> pending { top };
+    while (!pending.empty()) {
+        const QModelIndex index = pending.back();
+        pending.pop_back();
+        if (!isCategory(index))
+            continue;
+        if (ui.treeView->isExpanded(index)) {
+            QStringList path;
+            for (QModelIndex i = index; i.isValid(); i = i.parent())
+                path.prepend(i.data(Qt::DisplayRole).toString());
+            result += path.join(QLatin1Char('/')).toUtf8().toStdString() + separator;
+        }
+        const QAbstractItemModel *model = index.model();
+        // Reversed onto the stack, so that the paths come out in tree order.
+        for (int row = model->rowCount(index) - 1; row >= 0; --row)
+            pending.push_back(model->index(row, 0, index));
     }
-    const QAbstractItemModel *model = index.model();
-    for (int row = 0; row < model->rowCount(index); ++row)
-        result += saveState(model->index(row, 0, index), separator);
     return result;
 }
 
-void OrbGenParamTreeViewPrivate::loadState(const QModelIndex &index, const QString &parentPath,
+void OrbGenParamTreeViewPrivate::loadState(const QModelIndex &top, const QString &topParentPath,
                                            const std::string &state)
 {
-    if (!isCategory(index))
-        return;
-    const QString path = pathOf(index, parentPath);
-    ui.treeView->setExpanded(index, state.find(path.toUtf8().toStdString()) != std::string::npos);
-    const QAbstractItemModel *model = index.model();
-    for (int row = 0; row < model->rowCount(index); ++row)
-        loadState(model->index(row, 0, index), path, state);
+    std::vector<std::pair<QModelIndex, QString>> pending { { top, topParentPath } };
+    while (!pending.empty()) {
+        const auto [index, parentPath] = pending.back();
+        pending.pop_back();
+        if (!isCategory(index))
+            continue;
+        const QString path = pathOf(index, parentPath);
+        const bool expanded = state.find(path.toUtf8().toStdString()) != std::string::npos;
+        ui.treeView->setExpanded(index, expanded);
+        const QAbstractItemModel *model = index.model();
+        if (expanded) {
+            for (int row = 0; row < model->rowCount(index); ++row)
+                pending.emplace_back(model->index(row, 0, index), path);
+            continue;
+        }
+        // No path below one that is not in the state can be in it: collapse
+        // the rest without building paths (quadratic in a deep chain).
+        std::vector<QModelIndex> below { index };
+        while (!below.empty()) {
+            const QModelIndex parent = below.back();
+            below.pop_back();
+            for (int row = 0; row < model->rowCount(parent); ++row) {
+                const QModelIndex child = model->index(row, 0, parent);
+                if (model->hasChildren(child)) {
+                    ui.treeView->setExpanded(child, false);
+                    below.push_back(child);
+                }
+            }
+        }
+    }
 }
+
+namespace {
+
+// The splitter's part of a saved state, read by hand: Qt's own reader takes
+// the handle width, orientation and a list length from the bytes as they
+// stand, and a corrupt state then grows the window without bound or throws
+// std::bad_alloc. Only the two pane sizes are taken; they must be what this
+// view writes (marker 0xff, version 0, two non-negative sizes).
+std::optional<QList<int>> splitterSizes(const QByteArray &state)
+{
+    QDataStream stream(state);
+    stream.setVersion(QDataStream::Qt_5_0);
+    qint32 marker = 0;
+    qint32 version = 0;
+    quint32 count = 0;
+    stream >> marker >> version >> count;
+    if (stream.status() != QDataStream::Ok || marker != 0xff || version != 0 || count != 2)
+        return std::nullopt;
+    QList<int> sizes;
+    for (quint32 i = 0; i < count; ++i) {
+        qint32 size = -1;
+        stream >> size;
+        if (stream.status() != QDataStream::Ok || size < 0 || size > QWIDGETSIZE_MAX)
+            return std::nullopt;
+        sizes << size;
+    }
+    return sizes;
+}
+
+} // namespace
 
 void OrbGenParamTreeViewPrivate::updateOptionsIcon()
 {
@@ -634,7 +706,9 @@ void OrbGenParamTreeView::loadState(const char *state)
     if (!level.empty())
         d->ui.cbVisibility->setCurrentIndex(std::stoi(level));
     if (!splitter.empty())
-        d->splitter->restoreState(QByteArray::fromHex(QByteArray::fromStdString(splitter)));
+        if (const auto sizes
+            = splitterSizes(QByteArray::fromHex(QByteArray::fromStdString(splitter))))
+            d->splitter->setSizes(*sizes);
 }
 
 void OrbGenParamTreeView::setPollingTime(unsigned long milliseconds)

@@ -213,6 +213,8 @@ private Q_SLOTS:
     void descriptionPane();
     void pollingRepaintsLiveValues();
     void pollingSettings();
+    void hostileCategories_data();
+    void hostileCategories();
     void saveStateFormat();
     void saveStateEdges();
     void loadStateEdges_data();
@@ -589,6 +591,77 @@ void tst_OrbGenParamTreeView::pollingSettings()
     QVERIFY(f.view->isPollingEnabled());
     f.view->enablePolling(false);
     QVERIFY(!f.view->isPollingEnabled());
+}
+
+void tst_OrbGenParamTreeView::hostileCategories_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<int>("categories");
+    QTest::addColumn<QString>("deepest");
+    const QByteArray leaves = "<Integer Name=\"X\"><Value>1</Value></Integer>"
+                              "<Integer Name=\"Y\"><Value>2</Value></Integer>";
+    QTest::newRow("cycle")
+        << "<Category Name=\"Root\"><pFeature>C1</pFeature></Category>"
+           "<Category Name=\"C1\"><pFeature>C2</pFeature><pFeature>X</pFeature></Category>"
+           "<Category Name=\"C2\"><pFeature>C1</pFeature><pFeature>Y</pFeature></Category>"
+            + leaves
+        << 2 << QStringLiteral("Y");
+    QTest::newRow("category listing itself")
+        << "<Category Name=\"Root\"><pFeature>C1</pFeature></Category>"
+           "<Category Name=\"C1\"><pFeature>C1</pFeature><pFeature>X</pFeature></Category>"
+            + leaves
+        << 1 << QStringLiteral("X");
+    QTest::newRow("Root listing itself")
+        << "<Category Name=\"Root\"><pFeature>Root</pFeature><pFeature>X</pFeature></Category>"
+            + leaves
+        << 0 << QStringLiteral("X");
+    const int depth = 100000;
+    QByteArray chain = "<Category Name=\"Root\"><pFeature>C0</pFeature></Category>";
+    for (int i = 0; i < depth; ++i)
+        chain += "<Category Name=\"C" + QByteArray::number(i) + "\"><pFeature>"
+            + (i + 1 < depth ? "C" + QByteArray::number(i + 1) : QByteArray("X"))
+            + "</pFeature></Category>";
+    // Shown down to a thousand levels; what lies deeper is out of reach.
+    QTest::newRow("chain 100000 deep") << chain + leaves << 1000 << QStringLiteral("C999");
+}
+
+// Descriptions that nest categories in a cycle or very deeply load in the
+// interpreter; the view on them shows every category once and stays up,
+// and a name filter still finds the feature at the bottom where it is
+// shown.
+void tst_OrbGenParamTreeView::hostileCategories()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(int, categories);
+    QFETCH(QString, deepest);
+    GenApi::CNodeMapRef map;
+    map._LoadXMLFromString(("<RegisterDescription>" + body + "</RegisterDescription>").constData());
+    OrbGenParamTreeView view(static_cast<GenApi::INodeMap *>(map));
+    view.resize(500, 400);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QAbstractItemModel *model = view.treeView()->model();
+    QHash<QString, int> seen;
+    int categoryRows = 0;
+    std::vector<QModelIndex> pending { QModelIndex() };
+    while (!pending.empty()) {
+        const QModelIndex parent = pending.back();
+        pending.pop_back();
+        for (int row = 0; row < model->rowCount(parent); ++row) {
+            const QModelIndex index = model->index(row, 0, parent);
+            if (model->hasChildren(index) || index.data().toString().startsWith(QLatin1Char('C')))
+                ++categoryRows;
+            ++seen[index.data().toString()];
+            pending.push_back(index);
+        }
+    }
+    QCOMPARE(categoryRows, categories);
+    for (auto it = seen.cbegin(); it != seen.cend(); ++it)
+        QVERIFY2(it.value() == 1, qPrintable(it.key()));
+    QVERIFY(seen.contains(deepest));
+    QTest::keyClicks(view.findChild<QLineEdit *>(QStringLiteral("filterLineEdit")),
+                     QStringLiteral("X"));
+    QTRY_COMPARE(model->rowCount(), deepest == QLatin1String("C999") ? 0 : 1);
 }
 
 void tst_OrbGenParamTreeView::saveStateFormat()
