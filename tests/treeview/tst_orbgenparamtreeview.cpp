@@ -32,6 +32,7 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QTreeView>
+#include <QDataStream>
 #include <QtTest>
 
 #include <memory>
@@ -219,6 +220,8 @@ private Q_SLOTS:
     void saveStateEdges();
     void loadStateEdges_data();
     void loadStateEdges();
+    void corruptSplitterState_data();
+    void corruptSplitterState();
     void stateRoundTripOnRealDescriptions_data();
     void stateRoundTripOnRealDescriptions();
     void setParamsTwiceDoesNotStackHandlers();
@@ -692,6 +695,52 @@ void tst_OrbGenParamTreeView::saveStateEdges()
     const QByteArray state = f.view->saveState();
     QVERIFY2(state.startsWith("&amp;W"), state.constData()); // nothing expanded
     QVERIFY(state.contains("&amp;V0&amp;S"));
+}
+
+void tst_OrbGenParamTreeView::corruptSplitterState_data()
+{
+    // A splitter state as Qt writes it, with the fields a saved state could
+    // carry corrupted.
+    auto state = [](quint32 count, qint32 size, qint32 handleWidth) {
+        QByteArray bytes;
+        QDataStream out(&bytes, QIODevice::WriteOnly);
+        out.setVersion(QDataStream::Qt_5_0);
+        out << qint32(0xff) << qint32(0) << count;
+        for (quint32 i = 0; i < qMin(count, 2u); ++i)
+            out << size;
+        out << true << handleWidth << false << qint32(Qt::Vertical) << false;
+        return QByteArray("&amp;S") + bytes.toHex();
+    };
+    QTest::addColumn<QByteArray>("saved");
+    QTest::addColumn<bool>("applies");
+    QTest::newRow("sizes as this view writes them") << state(2, 300, 5) << true;
+    QTest::newRow("handle a gigapixel wide") << state(2, 300, 1073741895) << true;
+    QTest::newRow("a billion sizes") << state(1000000000u, 300, 5) << false;
+    QTest::newRow("negative size") << state(2, -5, 5) << false;
+    QTest::newRow("cut short") << state(2, 300, 5).left(20) << false;
+}
+
+// A saved state comes from the host's storage: whatever its splitter part
+// holds, the view takes at most the two pane sizes from it, never the
+// handle width, and nothing is thrown.
+void tst_OrbGenParamTreeView::corruptSplitterState()
+{
+    QFETCH(QByteArray, saved);
+    QFETCH(bool, applies);
+    Fixture f;
+    QVERIFY(f.show());
+    auto *splitter = f.view->findChild<QSplitter *>();
+    const int handle = splitter->handleWidth();
+    const QSize size = f.view->size();
+    splitter->setSizes({ 500, 150 });
+    const QList<int> before = splitter->sizes();
+    f.view->loadState(saved.constData());
+    QCOMPARE(splitter->handleWidth(), handle);
+    QCOMPARE(f.view->size(), size);
+    if (applies) // equal sizes, shared out over the room there is
+        QVERIFY(qAbs(splitter->sizes().at(0) - splitter->sizes().at(1)) <= 1);
+    else
+        QCOMPARE(splitter->sizes(), before);
 }
 
 void tst_OrbGenParamTreeView::loadStateEdges_data()
