@@ -16,7 +16,9 @@
 #include <QSet>
 #include <QVector>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <list>
 #include <unordered_set>
 #include <map>
@@ -106,6 +108,15 @@ QString rangeHint(const QString &minimum, const QString &maximum, const QString 
     return increment.isEmpty()
         ? GenParamTreeModel::tr("Min: %1, Max: %2").arg(minimum, maximum)
         : GenParamTreeModel::tr("Min: %1, Max: %2, Increment: %3").arg(minimum, maximum, increment);
+}
+
+// DisplayPrecision comes from the description unchecked, and a billion
+// decimals take gigabytes to format. A double carries at most 17
+// significant digits: more decimals than that show nothing of it.
+int shownDecimals(const IFloat *f)
+{
+    return static_cast<int>(std::clamp<int64_t>(f->GetDisplayPrecision(), 0,
+                                                std::numeric_limits<double>::max_digits10));
 }
 
 QBrush redBrush()
@@ -330,8 +341,7 @@ QVariant GenParamTreeModelPrivate::DisplayRoleImp(IValue *value) const
         return QStringLiteral("Execute");
     case intfIFloat: {
         auto *f = dynamic_cast<IFloat *>(value);
-        return QString::number(f->GetValue(), 'f', static_cast<int>(f->GetDisplayPrecision()))
-            + fromGc(f->GetUnit());
+        return QString::number(f->GetValue(), 'f', shownDecimals(f)) + fromGc(f->GetUnit());
     }
     case intfIString:
         return fromGc(dynamic_cast<IString *>(value)->GetValue());
@@ -449,7 +459,7 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
                 auto *spin = new FeatureDoubleSpinBox;
                 spin->setFrame(false);
                 spin->setAccelerated(true);
-                const int decimals = static_cast<int>(f->GetDisplayPrecision());
+                const int decimals = shownDecimals(f);
                 spin->setDecimals(decimals);
                 spin->setRange(f->GetMin(), f->GetMax());
                 spin->setSuffix(unit);
@@ -570,7 +580,7 @@ QVariant GenParamTreeModelPrivate::WhatsThis(IValue *value) const
             }
         } else if (type == intfIFloat) {
             auto *f = dynamic_cast<IFloat *>(value);
-            const int p = static_cast<int>(f->GetDisplayPrecision());
+            const int p = shownDecimals(f);
             switch (f->GetIncMode()) {
             case noIncrement:
                 lines << limits.arg(floatText(f->GetMin(), p), floatText(f->GetMax(), p));

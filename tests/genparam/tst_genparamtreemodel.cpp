@@ -34,6 +34,8 @@ private Q_SLOTS:
     void headers();
     void withoutTree_data();
     void withoutTree();
+    void displayPrecisionBounded_data();
+    void displayPrecisionBounded();
     void display_data();
     void display();
     void edit_data();
@@ -188,6 +190,34 @@ void tst_GenParamTreeModel::withoutTree()
     QCOMPARE(model.rowCount(), 0);
     QCOMPARE(tester.findings(), QStringList());
     QVERIFY(!model.index(0, 0).isValid());
+}
+
+void tst_GenParamTreeModel::displayPrecisionBounded_data()
+{
+    QTest::addColumn<QByteArray>("precision");
+    QTest::addColumn<int>("decimals");
+    QTest::newRow("as written") << QByteArray("3") << 3;
+    QTest::newRow("largest int") << QByteArray("2147483647") << 17;
+    QTest::newRow("a billion") << QByteArray("1000000000") << 17;
+}
+
+// A description's DisplayPrecision is shown as far as a double has digits:
+// a huge one neither aborts nor takes gigabytes, in the cell, the editor's
+// range hint or the editor.
+void tst_GenParamTreeModel::displayPrecisionBounded()
+{
+    QFETCH(QByteArray, precision);
+    QFETCH(int, decimals);
+    GenApi::CNodeMapRef map;
+    map._LoadXMLFromString(("<RegisterDescription><Category Name=\"Root\"><pFeature>F</pFeature>"
+                            "</Category><Float Name=\"F\"><Value>1.5</Value><Min>0</Min>"
+                            "<Max>2</Max><DisplayPrecision>"
+                            + precision + "</DisplayPrecision></Float></RegisterDescription>")
+                               .constData());
+    GenParamTreeModel model(static_cast<GenApi::INodeMap *>(map));
+    const QModelIndex cell = model.index(0, 1);
+    QCOMPARE(cell.data(Qt::DisplayRole).toString(), QString::number(1.5, 'f', decimals));
+    QVERIFY(cell.data(Qt::ToolTipRole).toString().size() < 1000);
 }
 
 void tst_GenParamTreeModel::display_data()
