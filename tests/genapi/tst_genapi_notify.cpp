@@ -3,6 +3,7 @@
 #include "genapitest.h"
 
 #include <atomic>
+#include <functional>
 #include <future>
 #include <stdexcept>
 #include <thread>
@@ -84,6 +85,8 @@ private Q_SLOTS:
     void portFailures();
     void cycleOfReferences_data();
     void cycleOfReferences();
+    void cyclicConverterLimits_data();
+    void cyclicConverterLimits();
     void longChainWorks();
     void concurrentAccess();
 };
@@ -426,6 +429,51 @@ void tst_GenApiNotify::cycleOfReferences_data()
         << "<IntSwissKnife Name=\"A\"><Expression Name=\"E\">E + "
            "1</Expression><Formula>E</Formula></IntSwissKnife>"
         << "A";
+}
+
+void tst_GenApiNotify::cyclicConverterLimits_data()
+{
+    QTest::addColumn<QString>("body");
+    QTest::newRow("IntConverter of itself")
+        << "<IntConverter Name=\"A\"><FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom>"
+           "<pValue>A</pValue></IntConverter>";
+    QTest::newRow("Converter of itself")
+        << "<Converter Name=\"A\"><FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom>"
+           "<pValue>A</pValue></Converter>";
+    QTest::newRow("two IntConverters of each other")
+        << "<IntConverter Name=\"A\"><FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom>"
+           "<pValue>B</pValue></IntConverter>"
+           "<IntConverter Name=\"B\"><FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom>"
+           "<pValue>A</pValue></IntConverter>";
+}
+
+// The limits of a converter in a cycle fail with the cycle as fast as its
+// value does; they once tolerated the error at every level and tried both
+// limits again, doubling the work per level of the cycle (2^100 steps).
+void tst_GenApiNotify::cyclicConverterLimits()
+{
+    QFETCH(QString, body);
+    Device device(body.toStdString());
+    INode *node = device.node("A");
+    const std::function<void()> accessors[] = {
+        [node] {
+            if (CIntegerPtr(node).IsValid())
+                CIntegerPtr(node)->GetMin();
+            else
+                CFloatPtr(node)->GetMin();
+        },
+        [node] {
+            if (CIntegerPtr(node).IsValid())
+                CIntegerPtr(node)->GetMax();
+            else
+                CFloatPtr(node)->GetMax();
+        },
+        [node] { CValuePtr(node)->ToString(); },
+    };
+    for (const auto &accessor : accessors) {
+        const QString what = GenApiTest::thrown(accessor);
+        QVERIFY2(what.contains(QStringLiteral("cycle")), qPrintable(what));
+    }
 }
 
 void tst_GenApiNotify::cycleOfReferences()

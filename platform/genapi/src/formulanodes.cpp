@@ -298,6 +298,10 @@ void ConverterCore::limits(Node &owner, double &low, double &high, bool integer)
         if (!std::isnan(low) && !std::isnan(high))
             return;
     } catch (const GenericException &) {
+        // A cycle of references is an error of the description, not of the
+        // limits: fail fast with it.
+        if (owner.map().depthExceeded())
+            throw;
         // The conversion is undefined at the raw limits (a division by a
         // register that is zero there, say): the value itself may still be
         // fine, so report the widest range instead of failing.

@@ -145,6 +145,7 @@ NodeMap::EvalGuard::EvalGuard(NodeMap &map, const Node &node)
 {
     if (++m_map.m_evalDepth > MaxEvalDepth) {
         --m_map.m_evalDepth;
+        m_map.m_depthExceeded = true;
         throw RUNTIME_EXCEPTION("Node '%s': references nest deeper than %d levels; the "
                                 "description probably has a cycle of references",
                                 node.name().c_str(), MaxEvalDepth);

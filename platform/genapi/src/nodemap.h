@@ -88,7 +88,11 @@ public:
     class EvalGuard {
     public:
         EvalGuard(NodeMap &map, const Node &node);
-        ~EvalGuard() { --m_map.m_evalDepth; }
+        ~EvalGuard()
+        {
+            if (--m_map.m_evalDepth == 0)
+                m_map.m_depthExceeded = false;
+        }
         EvalGuard(const EvalGuard &) = delete;
         EvalGuard &operator=(const EvalGuard &) = delete;
 
@@ -102,6 +106,10 @@ public:
     void queueOutside(const std::shared_ptr<CallbackEntry> &entry);
 
     static constexpr int MaxEvalDepth = 100;
+    // True from a reference cycle's error until the evaluation that met it
+    // has unwound: code that tolerates evaluation errors must let this one
+    // pass, or every level of the cycle tries again (twice, for limits).
+    bool depthExceeded() const { return m_depthExceeded; }
 
 private:
     void buildGraph();
@@ -110,6 +118,7 @@ private:
     mutable CLock m_lock;
     int m_lockDepth = 0;
     int m_evalDepth = 0;
+    bool m_depthExceeded = false;
     int m_writeDepth = 0;
     std::vector<Node *> m_written;
     std::vector<Node *> m_writeOrigins;
