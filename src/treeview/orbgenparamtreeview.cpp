@@ -43,6 +43,24 @@ const char keyState[] = "&lt;";
 const char keyWidth[] = "&amp;W";
 const char keyVisibility[] = "&amp;V";
 const char keySplitter[] = "&amp;S";
+
+// Calls visit(index, parent, row, depth) for every row below `top` (depth 1
+// for its children) and descends where visit returns true. Its own stack,
+// not recursion: categories may nest very deeply.
+template <class Visit>
+void forEachBelow(const QAbstractItemModel *model, const QModelIndex &top, Visit visit)
+{
+    std::vector<std::pair<QModelIndex, int>> pending { { top, 1 } };
+    while (!pending.empty()) {
+        const auto [parent, depth] = pending.back();
+        pending.pop_back();
+        for (int row = 0; row < model->rowCount(parent); ++row) {
+            const QModelIndex index = model->index(row, 0, parent);
+            if (visit(index, parent, row, depth))
+                pending.emplace_back(index, depth + 1);
+        }
+    }
+}
 } // namespace
 
 class OrbGenParamTreeViewPrivate {
@@ -290,20 +308,14 @@ void OrbGenParamTreeViewPrivate::fitNameColumn()
         return;
     const QFontMetrics metrics(tree->font());
     int widest = 0;
-    // An explicit stack, not recursion: categories may nest very deeply.
-    std::vector<std::pair<QModelIndex, int>> pending { { QModelIndex(), 1 } };
-    while (!pending.empty()) {
-        const auto [parent, depth] = pending.back();
-        pending.pop_back();
-        for (int row = 0; row < model->rowCount(parent); ++row) {
-            const QModelIndex index = model->index(row, 0, parent);
-            const QString text = index.data(Qt::DisplayRole).toString();
-            if (!tree->isFirstColumnSpanned(row, parent))
-                widest
-                    = qMax(widest, metrics.horizontalAdvance(text) + depth * tree->indentation());
-            pending.emplace_back(index, depth + 1);
-        }
-    }
+    forEachBelow(model, QModelIndex(),
+                 [&](const QModelIndex &index, const QModelIndex &parent, int row, int depth) {
+                     if (!tree->isFirstColumnSpanned(row, parent))
+                         widest = qMax(widest,
+                                       metrics.horizontalAdvance(index.data().toString())
+                                           + depth * tree->indentation());
+                     return true;
+                 });
     const int available = tree->viewport()->width();
     tree->setColumnWidth(0, qBound(available / 4, widest + 16, available * 3 / 5));
 }
@@ -373,19 +385,12 @@ void OrbGenParamTreeViewPrivate::setSpanForChildren(const QModelIndex &parent)
     QAbstractItemModel *model = ui.treeView->model();
     if (!model)
         return;
-    // An explicit stack, not recursion: categories may nest very deeply.
-    std::vector<QModelIndex> pending { parent };
-    while (!pending.empty()) {
-        const QModelIndex below = pending.back();
-        pending.pop_back();
-        for (int row = 0; row < model->rowCount(below); ++row) {
-            const QModelIndex index = model->index(row, 0, below);
-            const bool category = isCategory(index);
-            ui.treeView->setFirstColumnSpanned(row, below, category);
-            if (category)
-                pending.push_back(index);
-        }
-    }
+    forEachBelow(model, parent,
+                 [this](const QModelIndex &index, const QModelIndex &below, int row, int) {
+                     const bool category = isCategory(index);
+                     ui.treeView->setFirstColumnSpanned(row, below, category);
+                     return category;
+                 });
 }
 
 QString OrbGenParamTreeViewPrivate::pathOf(const QModelIndex &index,
@@ -440,18 +445,13 @@ void OrbGenParamTreeViewPrivate::loadState(const QModelIndex &top, const QString
         }
         // No path below one that is not in the state can be in it: collapse
         // the rest without building paths (quadratic in a deep chain).
-        std::vector<QModelIndex> below { index };
-        while (!below.empty()) {
-            const QModelIndex parent = below.back();
-            below.pop_back();
-            for (int row = 0; row < model->rowCount(parent); ++row) {
-                const QModelIndex child = model->index(row, 0, parent);
-                if (model->hasChildren(child)) {
-                    ui.treeView->setExpanded(child, false);
-                    below.push_back(child);
-                }
-            }
-        }
+        forEachBelow(model, index,
+                     [this, model](const QModelIndex &child, const QModelIndex &, int, int) {
+                         if (!model->hasChildren(child))
+                             return false;
+                         ui.treeView->setExpanded(child, false);
+                         return true;
+                     });
     }
 }
 
