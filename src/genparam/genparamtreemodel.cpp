@@ -119,6 +119,19 @@ int shownDecimals(const IFloat *f)
                                                 std::numeric_limits<double>::max_digits10));
 }
 
+// A long string is shown cut, with an ellipsis: laying out megabytes of
+// text in a cell takes seconds and hundreds of megabytes. The editor (the
+// edit role) still gets the whole value.
+QString shownString(const GenICam::gcstring &value)
+{
+    constexpr int maxShown = 256;
+    if (value.size() <= size_t(maxShown))
+        return QString::fromUtf8(value.c_str(), int(value.size()));
+    // No character takes more than four bytes: the cut falls after the
+    // characters kept.
+    return QString::fromUtf8(value.c_str(), maxShown * 4).left(maxShown) + QChar(0x2026);
+}
+
 QBrush redBrush()
 {
     return QBrush(QColor(255, 0, 0, 255));
@@ -344,7 +357,7 @@ QVariant GenParamTreeModelPrivate::DisplayRoleImp(IValue *value) const
         return QString::number(f->GetValue(), 'f', shownDecimals(f)) + fromGc(f->GetUnit());
     }
     case intfIString:
-        return fromGc(dynamic_cast<IString *>(value)->GetValue());
+        return shownString(dynamic_cast<IString *>(value)->GetValue());
     case intfIEnumeration:
         return fromGc(value->ToString());
     default:

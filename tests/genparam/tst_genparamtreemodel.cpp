@@ -36,6 +36,7 @@ private Q_SLOTS:
     void withoutTree();
     void displayPrecisionBounded_data();
     void displayPrecisionBounded();
+    void longStringShownCut();
     void display_data();
     void display();
     void edit_data();
@@ -218,6 +219,24 @@ void tst_GenParamTreeModel::displayPrecisionBounded()
     const QModelIndex cell = model.index(0, 1);
     QCOMPARE(cell.data(Qt::DisplayRole).toString(), QString::number(1.5, 'f', decimals));
     QVERIFY(cell.data(Qt::ToolTipRole).toString().size() < 1000);
+}
+
+// A megabyte string shows its first 256 characters and an ellipsis in the
+// cell; the editor gets all of it. A multi-byte character at the cut stays
+// whole.
+void tst_GenParamTreeModel::longStringShownCut()
+{
+    const QString start = QString(255, QLatin1Char('a')) + QChar(0x20AC);
+    const QString value = start + QString(1000000, QLatin1Char('b'));
+    GenApi::CNodeMapRef map;
+    map._LoadXMLFromString(("<RegisterDescription><Category Name=\"Root\"><pFeature>S</pFeature>"
+                            "</Category><String Name=\"S\"><Value>"
+                            + value.toStdString() + "</Value></String></RegisterDescription>")
+                               .c_str());
+    GenParamTreeModel model(static_cast<GenApi::INodeMap *>(map));
+    const QModelIndex cell = model.index(0, 1);
+    QCOMPARE(cell.data(Qt::DisplayRole).toString(), start + QChar(0x2026));
+    QCOMPARE(cell.data(Qt::EditRole).toString(), value);
 }
 
 void tst_GenParamTreeModel::display_data()
