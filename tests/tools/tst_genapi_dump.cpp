@@ -1,3 +1,4 @@
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -9,6 +10,7 @@ private Q_SLOTS:
     void dumpsTheTree();
     void appliesWritesInOrder();
     void failedWriteIsReportedNotFatal();
+    void deepNesting();
     void cannotLoad_data();
     void cannotLoad();
 
@@ -69,6 +71,32 @@ void tst_GenApiDump::failedWriteIsReportedNotFatal()
              qPrintable(r.err));
     QVERIFY(r.err.contains(QStringLiteral("--set NoSuchFeature: no such feature")));
     QVERIFY(r.out.contains(QStringLiteral("    Width  IInteger  RW  = 0\n")));
+}
+
+// Categories nested 60,000 deep: the dump runs to the bottom, and its
+// indentation stops growing, so the output stays linear in the depth.
+void tst_GenApiDump::deepNesting()
+{
+    const int depth = 60000;
+    QByteArray xml = "<RegisterDescription><Category Name=\"Root\"><pFeature>C0</pFeature>"
+                     "</Category>";
+    for (int i = 0; i < depth; ++i)
+        xml += "<Category Name=\"C" + QByteArray::number(i) + "\"><pFeature>"
+            + (i + 1 < depth ? "C" + QByteArray::number(i + 1) : QByteArray("X"))
+            + "</pFeature></Category>";
+    xml += "<Integer Name=\"X\"><Value>7</Value></Integer></RegisterDescription>";
+    QTemporaryDir dir;
+    QFile file(dir.filePath(QStringLiteral("deep.xml")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(xml);
+    file.close();
+    const Result r = run({ file.fileName() });
+    QCOMPARE(r.exitCode, 0);
+    const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), depth + 2);
+    QCOMPARE(lines.at(3), QStringLiteral("      C2  ICategory  RO"));
+    QCOMPARE(lines.last().trimmed(), QStringLiteral("(depth 60001) X  IInteger  RW  = 7"));
+    QVERIFY(r.out.size() < 200 * lines.size());
 }
 
 void tst_GenApiDump::cannotLoad_data()

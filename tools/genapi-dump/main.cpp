@@ -2,10 +2,13 @@
 // prints its feature tree, optionally after writing some features.
 #include <GenApi/GenApi.h>
 
+#include <algorithm>
 #include <cstring>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 using namespace GenApi;
@@ -43,30 +46,55 @@ std::string describe(INode *node)
     return line;
 }
 
-void printTree(INode *node, int depth, std::vector<INode *> &path)
+// Two spaces per level down to maxIndent levels; deeper lines say their
+// depth instead, so that a pathological nesting cannot make the output grow
+// with the square of its depth.
+void printLine(INode *node, size_t depth)
 {
-    std::cout << std::string(static_cast<size_t>(depth) * 2, ' ') << describe(node) << '\n';
-    CCategoryPtr category(node);
-    if (!category)
-        return;
-    path.push_back(node);
-    FeatureList_t features;
-    category->GetFeatures(features);
-    for (IValue *feature : features) {
-        INode *child = feature->GetNode();
-        bool onPath = false;
-        for (INode *n : path)
-            onPath = onPath || n == child;
-        if (onPath)
-            continue; // a category that contains itself
-        printTree(child, depth + 1, path);
-    }
-    path.pop_back();
+    constexpr size_t maxIndent = 64;
+    std::cout << std::string(std::min(depth, maxIndent) * 2, ' ');
+    if (depth > maxIndent)
+        std::cout << "(depth " << depth << ") ";
+    std::cout << describe(node) << '\n';
 }
 
-} // namespace
+// Depth first with its own stack: categories may nest tens of thousands
+// deep. A category already on the way down (one that contains itself) is
+// skipped.
+void printTree(INode *root)
+{
+    struct Frame {
+        INode *node;
+        FeatureList_t features;
+        size_t next;
+    };
+    std::vector<Frame> stack;
+    std::unordered_set<INode *> onPath;
+    auto enter = [&](INode *node) {
+        printLine(node, stack.size());
+        CCategoryPtr category(node);
+        if (!category)
+            return;
+        Frame frame { node, {}, 0 };
+        category->GetFeatures(frame.features);
+        onPath.insert(node);
+        stack.push_back(std::move(frame));
+    };
+    enter(root);
+    while (!stack.empty()) {
+        Frame &top = stack.back();
+        if (top.next >= top.features.size()) {
+            onPath.erase(top.node);
+            stack.pop_back();
+            continue;
+        }
+        INode *child = top.features[top.next++]->GetNode();
+        if (!onPath.count(child))
+            enter(child); // may grow the stack: `top` is not used after this
+    }
+}
 
-int main(int argc, char **argv)
+int run(int argc, char **argv)
 {
     std::string file;
     std::vector<std::pair<std::string, std::string>> writes;
@@ -126,9 +154,8 @@ int main(int argc, char **argv)
         }
     }
 
-    std::vector<INode *> path;
     if (INode *root = map._GetNode("Root")) {
-        printTree(root, 0, path);
+        printTree(root);
     } else {
         NodeList_t nodes;
         map._GetNodes(nodes);
@@ -137,4 +164,22 @@ int main(int argc, char **argv)
                 std::cout << describe(node) << '\n';
     }
     return 0;
+}
+
+} // namespace
+
+// Whatever goes wrong (memory exhausted by a hostile description, say) ends
+// in one line and exit status 2, never in an abort.
+int main(int argc, char **argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (const GenICam::GenericException &e) {
+        std::cerr << "genapi-dump: " << e.GetDescription() << '\n';
+    } catch (const std::bad_alloc &) {
+        std::cerr << "genapi-dump: out of memory\n";
+    } catch (const std::exception &e) {
+        std::cerr << "genapi-dump: " << e.what() << '\n';
+    }
+    return 2;
 }
