@@ -15,6 +15,8 @@ private Q_SLOTS:
     void loadErrors_data();
     void loadErrors();
     void lineNumbersCountSkippedLines();
+    void lineNumbersFarIntoTheFile_data();
+    void lineNumbersFarIntoTheFile();
     void unknownElementsAreSkipped();
     void zipWithDecoyEntries();
     void zipFileDetectedByContent();
@@ -188,6 +190,33 @@ void tst_GenApiLoader::lineNumbersCountSkippedLines()
         = "stray tool output\n" + description("<Integer Name=\"A\">\n<Min>x</Min></Integer>");
     CNodeMapRef map;
     VERIFY_THROWS(map._LoadXMLFromString(xml.c_str()), "PropertyException", "line 5:");
+}
+
+void tst_GenApiLoader::lineNumbersFarIntoTheFile_data()
+{
+    QTest::addColumn<int>("blankLines");
+    QTest::addColumn<int>("padding"); // characters on each blank line
+    QTest::newRow("many short lines") << 5000 << 0;
+    QTest::newRow("long lines across blocks") << 300 << 3000;
+    QTest::newRow("at a block's end") << 255 << 0;
+    QTest::newRow("at a block's start") << 256 << 0;
+}
+
+// Line numbers stay exact wherever the error lies: the loader keeps a
+// compact index of the text rather than one entry per newline.
+void tst_GenApiLoader::lineNumbersFarIntoTheFile()
+{
+    QFETCH(int, blankLines);
+    QFETCH(int, padding);
+    std::string blanks;
+    for (int i = 0; i < blankLines; ++i)
+        blanks += std::string(static_cast<size_t>(padding), ' ') + "\n";
+    const std::string xml = description(blanks + "<Integer Name=\"A\">\n<Min>x</Min></Integer>");
+    // The XML declaration and the opening tag take two lines, the blank
+    // lines follow, then the Integer's line, then the bad Min's.
+    const QByteArray expected = "line " + QByteArray::number(blankLines + 4) + ":";
+    CNodeMapRef map;
+    VERIFY_THROWS(map._LoadXMLFromString(xml.c_str()), "PropertyException", expected.constData());
 }
 
 void tst_GenApiLoader::unknownElementsAreSkipped()

@@ -19,22 +19,36 @@ constexpr zip_uint64_t MaxDescriptionSize = zip_uint64_t(512) << 20;
 
 class Loader {
 public:
+    // The line index keeps one count per block of the text, not one entry
+    // per newline: a hostile file of nothing but newlines must not cost
+    // eight times its size. A lookup counts within one block.
     Loader(NodeMap &map, const char *buffer, size_t size, uint32_t skippedLines)
         : m_map(map)
         , m_skippedLines(skippedLines)
+        , m_buffer(buffer)
+        , m_size(size)
     {
-        for (size_t i = 0; i < size; ++i)
-            if (buffer[i] == '\n')
-                m_newlines.push_back(i);
+        m_linesBefore.reserve(size / LineBlock + 1);
+        uint32_t lines = 0;
+        for (size_t start = 0; start < size; start += LineBlock) {
+            m_linesBefore.push_back(lines);
+            const char *begin = buffer + start;
+            lines += static_cast<uint32_t>(
+                std::count(begin, begin + std::min(LineBlock, size - start), '\n'));
+        }
     }
 
     uint32_t lineAt(ptrdiff_t offset) const
     {
-        if (offset < 0)
+        if (offset < 0 || static_cast<size_t>(offset) > m_size)
             return 0;
-        const auto it
-            = std::lower_bound(m_newlines.begin(), m_newlines.end(), static_cast<size_t>(offset));
-        return static_cast<uint32_t>(it - m_newlines.begin()) + 1 + m_skippedLines;
+        const size_t at = static_cast<size_t>(offset);
+        const size_t block = at / LineBlock;
+        if (block >= m_linesBefore.size())
+            return 0;
+        const char *begin = m_buffer + block * LineBlock;
+        const auto within = static_cast<uint32_t>(std::count(begin, m_buffer + at, '\n'));
+        return m_linesBefore[block] + within + 1 + m_skippedLines;
     }
     uint32_t lineOf(const pugi::xml_node &node) const { return lineAt(node.offset_debug()); }
 
@@ -253,7 +267,10 @@ private:
 
     NodeMap &m_map;
     uint32_t m_skippedLines;
-    std::vector<size_t> m_newlines;
+    static constexpr size_t LineBlock = 256;
+    const char *m_buffer;
+    size_t m_size;
+    std::vector<uint32_t> m_linesBefore;
     int m_inlineCount = 0;
     std::string m_text;
 };
