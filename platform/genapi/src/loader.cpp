@@ -21,16 +21,17 @@ class Loader {
 public:
     // The line index keeps one count per block of the text, not one entry
     // per newline: a hostile file of nothing but newlines must not cost
-    // eight times its size. A lookup counts within one block.
+    // eight times its size. Lookups come mostly in document order, so one
+    // counts on from the last when it is near, else from its block's start.
     Loader(NodeMap &map, const char *buffer, size_t size, uint32_t skippedLines)
         : m_map(map)
         , m_skippedLines(skippedLines)
         , m_buffer(buffer)
         , m_size(size)
     {
-        m_linesBefore.reserve(size / LineBlock + 1);
+        m_linesBefore.reserve(size / LineBlock + 2);
         uint32_t lines = 0;
-        for (size_t start = 0; start < size; start += LineBlock) {
+        for (size_t start = 0; start <= size; start += LineBlock) {
             m_linesBefore.push_back(lines);
             const char *begin = buffer + start;
             lines += static_cast<uint32_t>(
@@ -43,12 +44,16 @@ public:
         if (offset < 0 || static_cast<size_t>(offset) > m_size)
             return 0;
         const size_t at = static_cast<size_t>(offset);
-        const size_t block = at / LineBlock;
-        if (block >= m_linesBefore.size())
-            return 0;
-        const char *begin = m_buffer + block * LineBlock;
-        const auto within = static_cast<uint32_t>(std::count(begin, m_buffer + at, '\n'));
-        return m_linesBefore[block] + within + 1 + m_skippedLines;
+        size_t from = at - at % LineBlock;
+        uint32_t before = m_linesBefore[at / LineBlock];
+        if (at >= m_lastAt && m_lastAt > from) {
+            from = m_lastAt;
+            before = m_lastBefore;
+        }
+        before += static_cast<uint32_t>(std::count(m_buffer + from, m_buffer + at, '\n'));
+        m_lastAt = at;
+        m_lastBefore = before;
+        return before + 1 + m_skippedLines;
     }
     uint32_t lineOf(const pugi::xml_node &node) const { return lineAt(node.offset_debug()); }
 
@@ -271,6 +276,8 @@ private:
     const char *m_buffer;
     size_t m_size;
     std::vector<uint32_t> m_linesBefore;
+    mutable size_t m_lastAt = 0;
+    mutable uint32_t m_lastBefore = 0;
     int m_inlineCount = 0;
     std::string m_text;
 };
