@@ -1,6 +1,7 @@
 // The trigger, strobe and pulse generator dialogs on both simulated camera
 // models (the monochrome one lacks features), driven with real input.
 #include "dialogtest.h"
+#include "widgets/widgettest.h"
 
 #include <OrbGui/orbcamconfigpulsedialog.h>
 #include <OrbGui/orbcamconfigstrobedialog.h>
@@ -19,8 +20,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QSlider>
-#include <QStyle>
-#include <QStyleOptionSlider>
 #include <QTimer>
 #include <QPushButton>
 #include <QRadioButton>
@@ -354,16 +353,7 @@ void tst_FeatureDialogs::cameraLostWhileDragging()
     });
     watcher.start();
     QCOMPARE(OrbCamSim::LoseCamera(id), OrbCamOk);
-    QStyleOptionSlider option;
-    option.initFrom(inner);
-    option.orientation = inner->orientation();
-    option.minimum = inner->minimum();
-    option.maximum = inner->maximum();
-    option.sliderPosition = inner->sliderPosition();
-    const QPoint start
-        = inner->style()
-              ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, inner)
-              .center();
+    const QPoint start = WidgetTest::handleCentre(inner);
     QTest::mousePress(inner, Qt::LeftButton, Qt::NoModifier, start);
     for (int dx = 10; dx <= 60; dx += 10) {
         QMouseEvent move(QEvent::MouseMove, start + QPoint(dx, 0), Qt::LeftButton, Qt::LeftButton,

@@ -24,22 +24,6 @@ Q_DECLARE_METATYPE(QtOrbSlider::ScaleType)
 
 namespace {
 
-// Where the handle of a slider is drawn, for driving it with the mouse.
-QPoint handleCentre(QSlider *slider)
-{
-    QStyleOptionSlider option;
-    option.initFrom(slider);
-    option.orientation = slider->orientation();
-    option.minimum = slider->minimum();
-    option.maximum = slider->maximum();
-    option.sliderPosition = slider->sliderPosition();
-    option.sliderValue = slider->value();
-    option.upsideDown = slider->orientation() == Qt::Vertical;
-    return slider->style()
-        ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider)
-        .center();
-}
-
 // Drags the handle by `dx` pixels in steps, as a hand would.
 void drag(QSlider *slider, int dx)
 {

@@ -380,16 +380,7 @@ void TestSpinBoxes::compoundPopupDragAnnouncesOnce()
 
     QSignalSpy numbers(box, QOverload<int>::of(&QtOrbSpinBox::valueChanged));
     QSignalSpy texts(box, QOverload<const QString &>::of(&QtOrbSpinBox::valueChanged));
-    QStyleOptionSlider option;
-    option.initFrom(inner);
-    option.orientation = Qt::Horizontal;
-    option.minimum = inner->minimum();
-    option.maximum = inner->maximum();
-    option.sliderPosition = inner->sliderPosition();
-    const QPoint start
-        = inner->style()
-              ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, inner)
-              .center();
+    const QPoint start = handleCentre(inner);
     QTest::mousePress(inner, Qt::LeftButton, Qt::NoModifier, start);
     for (int dx = 20; dx <= 100; dx += 20) {
         QMouseEvent move(QEvent::MouseMove, start + QPoint(dx, 0), Qt::LeftButton, Qt::LeftButton,

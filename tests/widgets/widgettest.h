@@ -3,6 +3,9 @@
 #define ORBGUI_TESTS_WIDGETTEST_H
 
 #include <QLocale>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <QtTest>
 
 namespace WidgetTest {
@@ -70,6 +73,22 @@ inline QVector<qlonglong> sampleValues(qlonglong min, qlonglong max, int count)
         add(Int128(min) + span * i / count + jitter);
     }
     return values;
+}
+
+// Where the handle of a slider is drawn, for driving it with the mouse.
+inline QPoint handleCentre(QSlider *slider)
+{
+    QStyleOptionSlider option;
+    option.initFrom(slider);
+    option.orientation = slider->orientation();
+    option.minimum = slider->minimum();
+    option.maximum = slider->maximum();
+    option.sliderPosition = slider->sliderPosition();
+    option.sliderValue = slider->value();
+    option.upsideDown = slider->orientation() == Qt::Vertical;
+    return slider->style()
+        ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider)
+        .center();
 }
 
 } // namespace WidgetTest
