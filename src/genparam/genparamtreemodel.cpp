@@ -403,6 +403,8 @@ QVariant GenParamTreeModelPrivate::EditRoleImp(IValue *value) const
 QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
 {
     INode *node = value->GetNode();
+    // Each editor goes into data as soon as it exists, so that a limit or
+    // entry that cannot be read below frees it.
     ControlData data;
     try {
         switch (node->GetPrincipalInterfaceType()) {
@@ -410,19 +412,20 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
             auto *integer = dynamic_cast<IInteger *>(value);
             if (IntRepresentation(integer) == IPV4Address) {
                 auto *edit = new QLineEdit;
+                data = { edit, ControlData::LineEdit };
                 edit->setFrame(false);
                 edit->setAlignment(Qt::AlignCenter);
                 edit->setValidator(new AddressEditValidator(edit));
-                data = { edit, ControlData::LineEdit };
             } else if (integer->GetIncMode() == listIncrement) {
                 auto *combo = new QComboBox;
+                data = { combo, ControlData::ComboBox };
                 combo->setFrame(false);
                 const QString unit = fromGc(integer->GetUnit());
                 for (int64_t v : integer->GetListOfValidValues(true))
                     combo->addItem(QString::number(v) + unit, QVariant::fromValue<qlonglong>(v));
-                data = { combo, ControlData::ComboBox };
             } else {
                 auto *spin = new QtOrbSpinBoxVal64;
+                data = { spin, ControlData::SpinBox64 };
                 spin->setFrame(false);
                 spin->setAccelerated(true);
                 spin->setKeyboardTracking(false);
@@ -437,24 +440,23 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
                 spin->setToolTip(rangeHint(QString::number(integer->GetMin()),
                                            QString::number(integer->GetMax()),
                                            step > 1 ? QString::number(step) : QString()));
-                data = { spin, ControlData::SpinBox64 };
             }
             break;
         }
         case intfIBoolean: {
             auto *combo = new QComboBox;
+            data = { combo, ControlData::ComboBox };
             combo->setFrame(false);
             combo->addItem(QStringLiteral("True"), true);
             combo->addItem(QStringLiteral("False"), false);
-            data = { combo, ControlData::ComboBox };
             break;
         }
         case intfICommand: {
             auto *button = new QPushButton(QStringLiteral("Execute"));
+            data = { button, ControlData::PushButton };
             // A raised button over a filled cell: the cell's own "Execute"
             // must not show through, and a click must look like one.
             button->setAutoFillBackground(true);
-            data = { button, ControlData::PushButton };
             break;
         }
         case intfIFloat: {
@@ -462,14 +464,15 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
             const QString unit = fromGc(f->GetUnit());
             if (f->GetIncMode() == listIncrement) {
                 auto *combo = new QComboBox;
+                data = { combo, ControlData::ComboBox };
                 combo->setFrame(false);
                 // Integer item data for a float list, as the delegate expects.
                 for (double v : f->GetListOfValidValues(true))
                     combo->addItem(QString::number(v, 'g', 6) + unit,
                                    QVariant::fromValue<qlonglong>(static_cast<qlonglong>(v)));
-                data = { combo, ControlData::ComboBox };
             } else {
                 auto *spin = new FeatureDoubleSpinBox;
+                data = { spin, ControlData::DoubleSpinBox };
                 spin->setFrame(false);
                 spin->setAccelerated(true);
                 const int decimals = shownDecimals(f);
@@ -486,18 +489,18 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
                 spin->setToolTip(rangeHint(floatText(f->GetMin(), decimals),
                                            floatText(f->GetMax(), decimals),
                                            fixed ? floatText(f->GetInc(), decimals) : QString()));
-                data = { spin, ControlData::DoubleSpinBox };
             }
             break;
         }
         case intfIString: {
             auto *edit = new QLineEdit;
-            edit->setFrame(false);
             data = { edit, ControlData::LineEdit };
+            edit->setFrame(false);
             break;
         }
         case intfIEnumeration: {
             auto *combo = new QComboBox;
+            data = { combo, ControlData::ComboBox };
             combo->setFrame(false);
             NodeList_t entries;
             dynamic_cast<IEnumeration *>(value)->GetEntries(entries);
@@ -508,7 +511,6 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
                 combo->addItem(fromGc(entry->GetSymbolic()),
                                QVariant::fromValue<qlonglong>(entry->GetValue()));
             }
-            data = { combo, ControlData::ComboBox };
             break;
         }
         default:

@@ -45,6 +45,8 @@ private Q_SLOTS:
     void representationTrust();
     void editors_data();
     void editors();
+    void noEditorWhenItsSetUpFails_data();
+    void noEditorWhenItsSetUpFails();
     void writes_data();
     void writes();
     void refusedWrites_data();
@@ -428,6 +430,46 @@ void tst_GenParamTreeModel::editors()
     } else if (auto *edit = qobject_cast<QLineEdit *>(widget.get())) {
         QCOMPARE(edit->validator() != nullptr, feature == QLatin1String("GevCurrentSubnetMask"));
     }
+}
+
+void tst_GenParamTreeModel::noEditorWhenItsSetUpFails_data()
+{
+    QTest::addColumn<QString>("feature");
+    QTest::newRow("integer, maximum unreadable")
+        << "<Integer Name=\"F\"><Value>5</Value><pMax>Broken</pMax></Integer>";
+    QTest::newRow("float, maximum unreadable")
+        << "<Float Name=\"F\"><Value>5</Value><pMax>Broken</pMax></Float>";
+    QTest::newRow("float list, entries unreadable")
+        << "<Float Name=\"F\"><Value>5</Value><pMax>Broken</pMax>"
+           "<ValidValueSet>1;5;9</ValidValueSet></Float>";
+    QTest::newRow("enumeration, an entry's availability unreadable")
+        << "<Enumeration Name=\"F\"><EnumEntry Name=\"A\"><pIsAvailable>Broken</pIsAvailable>"
+           "<Value>0</Value></EnumEntry><Value>0</Value></Enumeration>";
+}
+
+// The editor is built before its limits are read; when one cannot be read
+// there is no editor and no widget is left behind (the application still
+// lists a lost one, so the sanitizer would not see it).
+void tst_GenParamTreeModel::noEditorWhenItsSetUpFails()
+{
+    QFETCH(QString, feature);
+    const std::string text = "<RegisterDescription><Category Name=\"Root\"><pFeature>F</pFeature>"
+                             "</Category>"
+        + feature.toStdString()
+        + "<Port Name=\"Device\"/><IntReg Name=\"Broken\"><Address>0x100</Address>"
+          "<Length>4</Length><AccessMode>RO</AccessMode><pPort>Device</pPort>"
+          "<Sign>Unsigned</Sign><Endianess>LittleEndian</Endianess></IntReg>"
+          "</RegisterDescription>";
+    GenApi::CNodeMapRef map;
+    map._LoadXMLFromString(text.c_str());
+    GenApi::CMemoryPort port(16); // the register at 0x100 lies outside
+    map._Connect(&port);
+    GenParamTreeModel model(static_cast<GenApi::INodeMap *>(map));
+    const QModelIndex cell = valueCell(model, QStringLiteral("F"));
+    QVERIFY(cell.isValid());
+    const int widgets = QApplication::allWidgets().size();
+    QVERIFY(!cell.data(ControlDataRole).isValid());
+    QCOMPARE(QApplication::allWidgets().size(), widgets);
 }
 
 void tst_GenParamTreeModel::writes_data()
