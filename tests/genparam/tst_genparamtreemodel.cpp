@@ -3,6 +3,7 @@
 
 #include <OrbCam/OrbCam.h>
 #include <OrbCam/OrbCamSim.h>
+#include <OrbGui/orbgenparamtreeview.h>
 #include <OrbGui/qtorbspinboxval64.h>
 
 #include <QAbstractItemModelTester>
@@ -14,7 +15,9 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QThread>
+#include <QTreeView>
 
+#include <atomic>
 #include <memory>
 #include <thread>
 
@@ -59,6 +62,7 @@ private Q_SLOTS:
     void nodeChangeNotifiesTheValueCell();
     void changeOnAnotherThreadIsQueued();
     void callbacksStopWithTheModel();
+    void viewsBuiltWhileAnotherThreadChangesTheCamera();
     void arrayConstructor();
 };
 
@@ -761,6 +765,67 @@ void tst_GenParamTreeModel::callbacksStopWithTheModel()
         model.reset();
     }
     QCoreApplication::processEvents();
+}
+
+// Views are built and torn down on the GUI thread while a host's thread
+// writes and polls the same camera and the camera is lost and regained
+// (events from the API's thread): node callbacks then fire during each
+// build. Run under ThreadSanitizer too; any access to the model's items
+// from the other threads is a reported race.
+void tst_GenParamTreeModel::viewsBuiltWhileAnotherThreadChangesTheCamera()
+{
+    OrbCamTest::SystemRef sim;
+    const auto cameras = sim.cameras("U3V0");
+    QVERIFY(!cameras.empty());
+    OrbCamTest::DeviceRef camera(cameras.front());
+    QVERIFY(camera.device);
+    GenApi::INodeMap *map = camera.params()->GetNodeMap();
+    QVERIFY(map);
+    GenApi::CIntegerPtr exposure(map->GetNode("ExposureTime"));
+    QVERIFY(exposure);
+    const std::string id = cameras.front()->GetID();
+    const int64_t lowest = exposure->GetMin();
+    const int64_t step = std::max<int64_t>(exposure->GetInc(), 1);
+
+    std::atomic<bool> stop { false };
+    std::atomic<int64_t> lastWritten { -1 };
+    std::thread host([&] {
+        for (int64_t i = 0; !stop; ++i) {
+            try {
+                const int64_t value = lowest + (i % 50) * step;
+                exposure->SetValue(value);
+                lastWritten = value;
+                map->Poll(10);
+                if (i % 16 == 0)
+                    OrbCamSim::LoseCamera(id);
+                else if (i % 16 == 8)
+                    OrbCamSim::RegainCamera(id);
+            } catch (const GenICam::GenericException &) {
+                // the camera is away for now
+            }
+        }
+        OrbCamSim::RegainCamera(id);
+        exposure->SetValue(lowest + step);
+        lastWritten = lowest + step;
+    });
+    for (int i = 0; i < 40; ++i) {
+        OrbGenParamTreeView view(map);
+        view.setVisibility(Guru);
+        view.treeView()->expandAll();
+        QCoreApplication::processEvents();
+    }
+    stop = true;
+    host.join();
+    QCOMPARE(lastWritten.load(), lowest + step);
+
+    // A view built afterwards shows the camera as it is.
+    OrbGenParamTreeView view(map);
+    view.setVisibility(Guru);
+    const QAbstractItemModel *model = view.treeView()->model();
+    const QModelIndex name = find(*model, QStringLiteral("ExposureTime"));
+    QVERIFY(name.isValid());
+    const QString expected = QString::number(lowest + step) + QString::fromUtf8(exposure->GetUnit());
+    QTRY_COMPARE(name.sibling(name.row(), 1).data().toString(), expected);
 }
 
 void tst_GenParamTreeModel::arrayConstructor()
