@@ -36,10 +36,10 @@ void quietMessages(QtMsgType type, const QMessageLogContext &, const QString &me
 // description may nest categories very deeply).
 void readEverything(const QAbstractItemModel &model)
 {
-    static const int roles[] = { Qt::DisplayRole,     Qt::EditRole,       Qt::ToolTipRole,
-                                 Qt::StatusTipRole,   Qt::WhatsThisRole,  Qt::FontRole,
-                                 Qt::ForegroundRole,  Qt::BackgroundRole, Qt::DecorationRole,
-                                 Qt::SizeHintRole,    OrbGui::ValuePointerRole };
+    static const int roles[]
+        = { Qt::DisplayRole,    Qt::EditRole,     Qt::ToolTipRole,         Qt::StatusTipRole,
+            Qt::WhatsThisRole,  Qt::FontRole,     Qt::ForegroundRole,      Qt::BackgroundRole,
+            Qt::DecorationRole, Qt::SizeHintRole, OrbGui::ValuePointerRole };
     std::vector<QModelIndex> pending { QModelIndex() };
     while (!pending.empty()) {
         const QModelIndex parent = pending.back();

@@ -52,7 +52,7 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
     fixture->map._LoadXMLFromFile(ORB_TEST_DESCRIPTION);
     fixture->ports = GenApi::ConnectMemoryPorts(fixture->map);
     fixture->view = std::make_unique<OrbGui::OrbGenParamTreeView>(
-            static_cast<GenApi::INodeMap *>(fixture->map));
+        static_cast<GenApi::INodeMap *>(fixture->map));
     fixture->view->resize(600, 500);
     fixture->view->show();
     QCoreApplication::processEvents();

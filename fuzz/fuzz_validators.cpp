@@ -23,10 +23,10 @@ namespace {
 
 const QLocale &localeFor(uint8_t choice)
 {
-    static const QLocale locales[] = { QLocale::c(), QLocale(QLocale::German, QLocale::Germany),
-                                       QLocale(QLocale::French, QLocale::France),
-                                       QLocale(QLocale::Hindi, QLocale::India),
-                                       QLocale(QLocale::Arabic, QLocale::Egypt) };
+    static const QLocale locales[]
+        = { QLocale::c(), QLocale(QLocale::German, QLocale::Germany),
+            QLocale(QLocale::French, QLocale::France), QLocale(QLocale::Hindi, QLocale::India),
+            QLocale(QLocale::Arabic, QLocale::Egypt) };
     return locales[choice % (sizeof locales / sizeof *locales)];
 }
 
@@ -41,8 +41,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const uint8_t localeChoice = data[16];
     const uint8_t base = data[17] % 2 ? 16 : 10;
     const int posChoice = data[18];
-    const QString text = QString::fromUtf8(reinterpret_cast<const char *>(data + 19),
-                                           static_cast<int>(size - 19));
+    const QString text
+        = QString::fromUtf8(reinterpret_cast<const char *>(data + 19), static_cast<int>(size - 19));
 
     {
         OrbGui::IP4Validator ip;

@@ -824,7 +824,8 @@ void tst_GenParamTreeModel::viewsBuiltWhileAnotherThreadChangesTheCamera()
     const QAbstractItemModel *model = view.treeView()->model();
     const QModelIndex name = find(*model, QStringLiteral("ExposureTime"));
     QVERIFY(name.isValid());
-    const QString expected = QString::number(lowest + step) + QString::fromUtf8(exposure->GetUnit());
+    const QString expected
+        = QString::number(lowest + step) + QString::fromUtf8(exposure->GetUnit());
     QTRY_COMPARE(name.sibling(name.row(), 1).data().toString(), expected);
 }
 
