@@ -75,9 +75,7 @@ int64_t intParam(OrbGenParam::Array *params, const char *name)
     return p ? p->GetValue() : 0;
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+int run(int argc, char **argv)
 {
     bool asJson = false;
     for (int i = 1; i < argc; ++i) {
@@ -177,8 +175,26 @@ int main(int argc, char **argv)
         infos->Release();
         out.push_back(ij);
     }
-    if (asJson)
-        std::cout << out.dump(2) << '\n';
     OrbCam_ReleaseSystem(system);
+    // Names come from the cameras' registers and need not be valid UTF-8;
+    // they are printed with the bad bytes replaced rather than refused.
+    if (asJson)
+        std::cout << out.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
     return 0;
+}
+
+} // namespace
+
+// Whatever goes wrong ends in one line on stderr and exit status 2, never in
+// an abort.
+int main(int argc, char **argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (const std::bad_alloc &) {
+        std::cerr << "orbcam-ls: out of memory\n";
+    } catch (const std::exception &e) {
+        std::cerr << "orbcam-ls: " << e.what() << '\n';
+    }
+    return 2;
 }
