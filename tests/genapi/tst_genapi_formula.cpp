@@ -3,6 +3,7 @@
 #include "genapitest.h"
 
 #include <cmath>
+#include <limits>
 
 using namespace GenApi;
 using GenApiTest::Device;
@@ -35,6 +36,12 @@ private Q_SLOTS:
     void syntaxErrors_data();
     void syntaxErrors();
     void formulaFollowsItsVariables();
+    void floatInIntegerFormulas_data();
+    void floatInIntegerFormulas();
+    void intConverterWithFloatFormula();
+    void notANumberIsAnError();
+    void converterLimits_data();
+    void converterLimits();
 };
 
 void tst_GenApiFormula::integerFormulas_data()
@@ -223,6 +230,137 @@ void tst_GenApiFormula::formulaFollowsItsVariables()
     QCOMPARE(f->GetValue(), int64_t(57));
     a->SetValue(1);
     QCOMPARE(f->GetValue(), int64_t(7));
+}
+
+// An integer formula that needs floating point is evaluated in double and
+// rounded once; an integral one keeps integer arithmetic. A = 6, B = -3.
+void tst_GenApiFormula::floatInIntegerFormulas_data()
+{
+    QTest::addColumn<QString>("formula");
+    QTest::addColumn<qint64>("expected");
+    const struct {
+        const char *formula;
+        qint64 expected;
+    } rows[] = {
+        { "0.5 * A", 3 },
+        { "A * 0.25", 2 }, // 1.5, halfway away from zero
+        { "B * 0.5", -2 }, // -1.5
+        { "0.29 * 100", 29 }, // 28.999999999999996 in double
+        { "COS(PI)", -1 },
+        { "ROUND(10.9)", 11 },
+        { "TRUNC(10.9)", 10 },
+        { "SQRT(A * 6)", 6 },
+        { "LN(E)", 1 },
+        { "ROUND(A / 4, 1) * 10", 15 }, // with digits: 6 / 4 = 1.5 in double
+        { "7.5 / 2", 4 }, // the whole formula in double: 3.75
+        { "1e30 > A", 1 },
+        { "ATAN(1) * 4 * 1000", 3142 },
+        // Integral literals keep integer arithmetic and its division.
+        { "2.0 * A", 12 },
+        { "7 / 2 + 0.0", 3 },
+        { "(A + 1) / 2", 3 },
+    };
+    for (const auto &row : rows)
+        QTest::newRow(row.formula) << QString::fromUtf8(row.formula) << row.expected;
+}
+
+void tst_GenApiFormula::floatInIntegerFormulas()
+{
+    QFETCH(QString, formula);
+    QFETCH(qint64, expected);
+    Device device(knife("IntSwissKnife", formula.toStdString()));
+    CIntegerPtr f(device.node("F"));
+    QCOMPARE(f->GetValue(), int64_t(expected));
+}
+
+// An expression that needs floating point carries the need to the formula
+// that uses it, and an IntConverter reads through such a formula.
+void tst_GenApiFormula::intConverterWithFloatFormula()
+{
+    Device device("<Integer Name=\"Raw\"><Value>50</Value></Integer>"
+                  "<IntConverter Name=\"C\"><Expression Name=\"TENTH\">0.1</Expression>"
+                  "<FormulaTo>FROM * 10</FormulaTo><FormulaFrom>TENTH * TO</FormulaFrom>"
+                  "<pValue>Raw</pValue></IntConverter>"
+                  "<IntConverter Name=\"D\"><FormulaTo>10 * FROM</FormulaTo>"
+                  "<FormulaFrom>0.1 * TO</FormulaFrom><pValue>Raw</pValue></IntConverter>");
+    CIntegerPtr c(device.node("C"));
+    CIntegerPtr d(device.node("D"));
+    QCOMPARE(c->GetValue(), int64_t(5));
+    QCOMPARE(d->GetValue(), int64_t(5));
+    d->SetValue(7);
+    QCOMPARE(CIntegerPtr(device.node("Raw"))->GetValue(), int64_t(70));
+    QCOMPARE(d->GetValue(), int64_t(7));
+}
+
+void tst_GenApiFormula::notANumberIsAnError()
+{
+    Device device(knife("IntSwissKnife", "SQRT(B)"));
+    CIntegerPtr f(device.node("F"));
+    VERIFY_THROWS(f->GetValue(), "RuntimeException", "has no integer value");
+}
+
+// Converter limits are FormulaFrom at the raw limits without wrapping, and
+// a value inside them can be written.
+void tst_GenApiFormula::converterLimits_data()
+{
+    QTest::addColumn<QString>("converter");
+    QTest::addColumn<QString>("raw");
+    QTest::addColumn<double>("low");
+    QTest::addColumn<double>("high");
+    QTest::addColumn<double>("written");
+    QTest::addColumn<double>("rawAfter");
+    QTest::addColumn<double>("readBack");
+    const double int64Min = double(std::numeric_limits<int64_t>::min());
+    const double int64Max = double(std::numeric_limits<int64_t>::max());
+    const double dblMax = std::numeric_limits<double>::max();
+    QTest::newRow("IntConverter over an unbounded integer, scaled by 100")
+        << "<IntConverter Name=\"F\"><Constant Name=\"TEN\">10</Constant>"
+           "<Expression Name=\"XPLUS2\">TEN</Expression>"
+           "<FormulaFrom>TO * TEN * XPLUS2</FormulaFrom><FormulaTo>FROM / XPLUS2</FormulaTo>"
+           "<pValue>Raw</pValue></IntConverter>"
+        << "<Integer Name=\"Raw\"><Value>100</Value></Integer>" << int64Min << int64Max << 100.0
+        << 10.0 << 1000.0; // the two formulas of this description are not inverses
+    QTest::newRow("IntConverter keeps integer division at its limits")
+        << "<IntConverter Name=\"F\"><FormulaFrom>TO / 2</FormulaFrom>"
+           "<FormulaTo>FROM * 2</FormulaTo><pValue>Raw</pValue></IntConverter>"
+        << "<Integer Name=\"Raw\"><Value>0</Value><Min>-5</Min><Max>5</Max></Integer>" << -2.0
+        << 2.0 << 2.0 << 4.0 << 2.0;
+    QTest::newRow("IntConverter, decreasing, beyond the int64 range")
+        << "<IntConverter Name=\"F\"><FormulaFrom>0 - TO * 4</FormulaFrom>"
+           "<FormulaTo>0 - FROM / 4</FormulaTo><pValue>Raw</pValue></IntConverter>"
+        << "<Integer Name=\"Raw\"><Value>0</Value></Integer>" << int64Min << int64Max << -400.0
+        << 100.0 << -400.0;
+    QTest::newRow("Converter whose formula overflows a double")
+        << "<Converter Name=\"F\"><FormulaFrom>TO * 1e300 * 1e300</FormulaFrom>"
+           "<FormulaTo>FROM / 1e300 / 1e300</FormulaTo><pValue>Raw</pValue></Converter>"
+        << "<Float Name=\"Raw\"><Value>0</Value><Min>-1</Min><Max>1</Max></Float>" << -dblMax
+        << dblMax << dblMax << 0.0 << dblMax;
+}
+
+void tst_GenApiFormula::converterLimits()
+{
+    QFETCH(QString, converter);
+    QFETCH(QString, raw);
+    QFETCH(double, low);
+    QFETCH(double, high);
+    QFETCH(double, written);
+    QFETCH(double, rawAfter);
+    QFETCH(double, readBack);
+    Device device((converter + raw).toStdString());
+    CValuePtr rawValue(device.node("Raw"));
+    if (CIntegerPtr f = CIntegerPtr(device.node("F"))) {
+        QCOMPARE(double(f->GetMin()), low);
+        QCOMPARE(double(f->GetMax()), high);
+        f->SetValue(int64_t(written));
+        QCOMPARE(double(f->GetValue()), readBack);
+    } else {
+        CFloatPtr g(device.node("F"));
+        QCOMPARE(g->GetMin(), low);
+        QCOMPARE(g->GetMax(), high);
+        g->SetValue(written);
+        QCOMPARE(g->GetValue(), readBack);
+    }
+    QCOMPARE(QString::fromUtf8(rawValue->ToString().c_str()).toDouble(), rawAfter);
 }
 
 QTEST_APPLESS_MAIN(tst_GenApiFormula)

@@ -1,6 +1,8 @@
 // Values, ranges, access modes and representations of the node types.
 #include "genapitest.h"
 
+#include <limits>
+
 using namespace GenApi;
 using GenApiTest::Device;
 using GenApiTest::intReg;
@@ -24,6 +26,10 @@ private Q_SLOTS:
     void representations_data();
     void representations();
     void badIntegerText();
+    void floatRegisterRange_data();
+    void floatRegisterRange();
+    void indexedRegisterAddress_data();
+    void indexedRegisterAddress();
     void floatRegisters_data();
     void floatRegisters();
     void floatDisplay_data();
@@ -354,6 +360,77 @@ void tst_GenApiValues::floatRegisters()
         memcpy(&stored, bytes.constData(), 8);
         QCOMPARE(stored, value);
     }
+}
+
+// Every value inside the range a float register reports can be written.
+void tst_GenApiValues::floatRegisterRange_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<QString>("endianess");
+    QTest::addColumn<double>("limit");
+    QTest::newRow("4 bytes LE") << 4 << "LittleEndian" << double(std::numeric_limits<float>::max());
+    QTest::newRow("4 bytes BE") << 4 << "BigEndian" << double(std::numeric_limits<float>::max());
+    QTest::newRow("8 bytes") << 8 << "LittleEndian" << std::numeric_limits<double>::max();
+}
+
+void tst_GenApiValues::floatRegisterRange()
+{
+    QFETCH(int, length);
+    QFETCH(QString, endianess);
+    QFETCH(double, limit);
+    Device device("<FloatReg Name=\"F\"><Address>0x40</Address><Length>" + std::to_string(length)
+                  + "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort><Endianess>"
+                  + endianess.toStdString() + "</Endianess></FloatReg>");
+    CFloatPtr f(device.node("F"));
+    QCOMPARE(f->GetMax(), limit);
+    QCOMPARE(f->GetMin(), -limit);
+    f->SetValue(f->GetMax());
+    QCOMPARE(f->GetValue(), limit);
+    f->SetValue(f->GetMin());
+    QCOMPARE(f->GetValue(), -limit);
+}
+
+// Each pIndex adds its index times its offset; without an offset the index
+// counts whole registers.
+void tst_GenApiValues::indexedRegisterAddress_data()
+{
+    QTest::addColumn<QString>("indices");
+    QTest::addColumn<qint64>("address");
+    const std::string i1 = "<Integer Name=\"I1\"><Value>5</Value></Integer>";
+    const std::string i2 = "<Integer Name=\"I2\"><Value>3</Value></Integer>";
+    const std::string i3 = "<Integer Name=\"I3\"><Value>2</Value></Integer>";
+    QTest::newRow("one index with an offset")
+        << QString::fromStdString("<pIndex Offset=\"1000\">I1</pIndex>|" + i1) << qint64(5120);
+    QTest::newRow("two indices with offsets")
+        << QString::fromStdString("<pIndex Offset=\"1000\">I1</pIndex>"
+                                  "<pIndex Offset=\"10000\">I2</pIndex>|"
+                                  + i1 + i2)
+        << qint64(35120);
+    QTest::newRow("three, the last without an offset")
+        << QString::fromStdString("<pIndex Offset=\"1000\">I1</pIndex>"
+                                  "<pIndex Offset=\"10000\">I2</pIndex><pIndex>I3</pIndex>|"
+                                  + i1 + i2 + i3)
+        << qint64(35128);
+    QTest::newRow("an offset from a node")
+        << QString::fromStdString("<pIndex pOffset=\"Step\">I2</pIndex>|" + i2
+                                  + "<Integer Name=\"Step\"><Value>0x20</Value></Integer>")
+        << qint64(216);
+}
+
+void tst_GenApiValues::indexedRegisterAddress()
+{
+    QFETCH(QString, indices);
+    QFETCH(qint64, address);
+    const QStringList parts = indices.split(QLatin1Char('|'));
+    Device device("<Register Name=\"R\"><Address>100</Address><Address>20</Address>"
+                  + parts[0].toStdString()
+                  + "<Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort></Register>"
+                  + parts[1].toStdString());
+    CRegisterPtr r(device.node("R"));
+    QCOMPARE(r->GetAddress(), int64_t(address));
+    const uint8_t bytes[4] = { 1, 2, 3, 4 };
+    r->Set(bytes, 4);
+    QCOMPARE(device.word(address), uint32_t(0x04030201));
 }
 
 void tst_GenApiValues::floatDisplay_data()

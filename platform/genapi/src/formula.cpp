@@ -1,5 +1,6 @@
 #include "formula.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -386,9 +387,11 @@ private:
             n.number = value;
             int64_t asInt = 0;
             const auto intResult = std::from_chars(begin, last, asInt);
-            n.integer = (intResult.ec == std::errc() && intResult.ptr == end)
-                ? asInt
-                : saturatingToInt(value);
+            const bool exact = intResult.ec == std::errc() && intResult.ptr == end;
+            n.integer = exact ? asInt : saturatingToInt(value);
+            // "2.0" means 2 in an integer formula; "0.1" and "1e30" do not.
+            if (!exact && static_cast<double>(n.integer) != value)
+                m_out.m_needsFloat = true;
         }
         m_pos += static_cast<size_t>(end - begin);
         if (m_pos < m_text.size()
@@ -431,6 +434,11 @@ private:
                 if (!accept(")"))
                     fail("expected ')' after the arguments of " + std::string(f.name));
                 n.arity = static_cast<uint8_t>(args);
+                if (f.op == Op::FnAtan || f.op == Op::FnCos || f.op == Op::FnSin
+                    || f.op == Op::FnTan || f.op == Op::FnAsin || f.op == Op::FnAcos
+                    || f.op == Op::FnExp || f.op == Op::FnLn || f.op == Op::FnLg
+                    || f.op == Op::FnSqrt || (f.op == Op::FnRound && args == 2))
+                    m_out.m_needsFloat = true;
                 return add(n);
             }
             m_pos = start;
@@ -440,6 +448,7 @@ private:
             Formula::Node n { Op::Number };
             n.number = name == "PI" ? 3.14159265358979323846 : 2.71828182845904523536;
             n.integer = saturatingToInt(n.number);
+            m_out.m_needsFloat = true;
             return add(n);
         }
         m_pos = start;
@@ -460,6 +469,15 @@ Formula Formula::parse(const std::string &text, const std::vector<std::string> &
     formula.m_nodes.reserve(text.size() / 2 + 2);
     FormulaParser(formula.m_text, variableNames, formula).run();
     return formula;
+}
+
+std::vector<int32_t> Formula::variablesUsed() const
+{
+    std::vector<int32_t> used;
+    for (const Node &n : m_nodes)
+        if (n.op == Op::Variable && std::find(used.begin(), used.end(), n.variable) == used.end())
+            used.push_back(n.variable);
+    return used;
 }
 
 // One evaluator for both arithmetic kinds: T is int64_t or double.

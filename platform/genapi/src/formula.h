@@ -1,6 +1,21 @@
 // SwissKnife formulas: parsed once when a description loads, evaluated on
-// every read. Integer formulas (IntSwissKnife, IntConverter) evaluate in
-// wrapping 64-bit arithmetic, the others in double.
+// every read. Float formulas (SwissKnife, Converter) evaluate in double.
+//
+// Integer formulas (IntSwissKnife, IntConverter) evaluate in wrapping 64-bit
+// integer arithmetic ('/' truncates toward zero) as long as everything in
+// them is integral. A formula that needs floating point to mean what it says
+// (a literal with a fractional part or beyond the int64 range, PI or E, one
+// of ATAN, COS, SIN, TAN, ASIN, ACOS, EXP, LN, LG, SQRT, or ROUND with a
+// number of digits) is evaluated in double as a whole, '/' included, and its
+// result converted once: to the nearest integer, halfway cases away from
+// zero, saturated to the int64 range; a result that is not a number is an
+// error. Rounding rather than truncation is the rule because a decimal
+// factor such as 0.29 is not exact in binary: 0.29 * 100 is 28.999...96,
+// which must read as 29. The GenICam standard leaves this open; the rule
+// is the one this interpreter uses wherever a float becomes an integer.
+// Which formulas need floating point is decided at parse time (needsFloat),
+// so an integral formula never pays for it and never loses the exactness of
+// 64-bit values.
 #ifndef ORBGENAPI_FORMULA_H
 #define ORBGENAPI_FORMULA_H
 
@@ -35,6 +50,14 @@ public:
     double evaluateFloat(FormulaVariables &variables) const;
 
     bool isEmpty() const { return m_nodes.empty(); }
+    // True when the formula, read as an integer formula, must be evaluated
+    // in floating point (see above).
+    bool needsFloat() const { return m_needsFloat; }
+    // Marks the formula as needing floating point because a variable it uses
+    // (an expression of the same node) does.
+    void requireFloat() { m_needsFloat = true; }
+    // The indices of the variables the formula reads.
+    std::vector<int32_t> variablesUsed() const;
     const std::string &text() const { return m_text; }
 
     enum class Op : uint8_t {
@@ -98,6 +121,7 @@ private:
     std::vector<Node> m_nodes;
     int32_t m_root = -1;
     std::string m_text;
+    bool m_needsFloat = false;
 };
 
 } // namespace impl

@@ -67,7 +67,31 @@ Formula FormulaScope::parse(Node &owner, const std::string &text, uint32_t line,
         for (Variable &v : m_variables)
             if (v.isExpression && v.expression.isEmpty())
                 v.expression = Formula::parse(v.expressionText, names);
-        return Formula::parse(text, names);
+        // An expression that needs floating point makes every formula that
+        // uses it need it too, through any chain of expressions: repeat until
+        // nothing changes (at most once per variable).
+        auto usesFloatExpression = [this](const Formula &formula) {
+            for (int32_t index : formula.variablesUsed()) {
+                const size_t i = static_cast<size_t>(index);
+                if (i >= m_specialCount && m_variables[i - m_specialCount].isExpression
+                    && m_variables[i - m_specialCount].expression.needsFloat())
+                    return true;
+            }
+            return false;
+        };
+        for (bool changed = true; changed;) {
+            changed = false;
+            for (Variable &v : m_variables)
+                if (v.isExpression && !v.expression.needsFloat()
+                    && usesFloatExpression(v.expression)) {
+                    v.expression.requireFloat();
+                    changed = true;
+                }
+        }
+        Formula formula = Formula::parse(text, names);
+        if (usesFloatExpression(formula))
+            formula.requireFloat();
+        return formula;
     } catch (const std::invalid_argument &e) {
         throw PROPERTY_EXCEPTION("line %u: node '%s': %s", line, owner.name().c_str(), e.what());
     }
@@ -115,6 +139,12 @@ double FormulaScope::floatVariable(int index)
 
 int64_t FormulaScope::evaluateInt(Node &owner, const Formula &formula, int64_t special)
 {
+    if (formula.needsFloat()) {
+        const double value = evaluateFloat(owner, formula, static_cast<double>(special));
+        if (std::isnan(value))
+            owner.throwRuntime("formula '" + formula.text() + "' has no integer value (NaN)");
+        return saturatingRound(value);
+    }
     const int64_t savedInt = m_specialInt;
     const double saved = m_special;
     m_owner = &owner;
@@ -274,13 +304,30 @@ void ConverterCore::finishLoad(Node &owner)
     from = scope.parse(owner, fromText, fromLine, { "TO" });
 }
 
+// FormulaFrom at one of the raw node's integer limits. In 64-bit integers a
+// raw limit such as INT64_MAX times ten wraps and gives limits that refuse
+// legal values, so the formula is evaluated in double too: where the exact
+// result has left the int64 range (or wrapped to the other sign), the limit
+// is the double one, which the caller saturates; elsewhere the integer one
+// keeps integer division and the full 64-bit precision.
+double ConverterCore::intLimit(Node &owner, int64_t raw)
+{
+    const double wide = scope.evaluateFloat(owner, from, static_cast<double>(raw));
+    if (std::isnan(wide) || std::fabs(wide) >= 9223372036854775808.0)
+        return wide;
+    const int64_t exact = scope.evaluateInt(owner, from, raw);
+    if ((exact < 0 && wide > 0) || (exact > 0 && wide < 0))
+        return wide;
+    return static_cast<double>(exact);
+}
+
 void ConverterCore::limits(Node &owner, double &low, double &high, bool integer)
 {
     try {
         double a, b;
         if (integer) {
-            a = static_cast<double>(scope.evaluateInt(owner, from, pValue.node->intMin()));
-            b = static_cast<double>(scope.evaluateInt(owner, from, pValue.node->intMax()));
+            a = intLimit(owner, pValue.node->intMin());
+            b = intLimit(owner, pValue.node->intMax());
         } else {
             a = scope.evaluateFloat(owner, from, pValue.node->floatMin());
             b = scope.evaluateFloat(owner, from, pValue.node->floatMax());
@@ -295,8 +342,13 @@ void ConverterCore::limits(Node &owner, double &low, double &high, bool integer)
             low = std::min(a, b);
             high = std::max(a, b);
         }
-        if (!std::isnan(low) && !std::isnan(high))
+        if (!std::isnan(low) && !std::isnan(high)) {
+            // A float converter whose formula overflows at the raw limits
+            // reports the largest finite range, which can be written.
+            low = std::max(low, -std::numeric_limits<double>::max());
+            high = std::min(high, std::numeric_limits<double>::max());
             return;
+        }
     } catch (const GenericException &) {
         // A cycle of references is an error of the description, not of the
         // limits: fail fast with it.

@@ -18,6 +18,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <optional>
 #include <vector>
 
 namespace GenApi_3_0 {
@@ -399,9 +400,12 @@ private:
     int64_t m_constAddress = 0;
     bool m_hasConstAddress = false;
     std::vector<Ref> m_pAddress;
-    Ref m_pIndex;
-    int64_t m_indexOffset = 0;
-    Ref m_pIndexOffset;
+    struct Index {
+        Ref index;
+        std::optional<int64_t> offset; // the Offset attribute
+        Ref pOffset; // or the pOffset attribute
+    };
+    std::vector<Index> m_indices;
     int64_t m_length = 0;
     bool m_hasLength = false;
     Ref m_pLength;
@@ -558,6 +562,8 @@ public:
     RegisterCore &core() { return m_core; }
 
 protected:
+    double rawMin() override;
+    double rawMax() override;
     EAccessMode doAccess() override { return m_core.access(); }
     double doGetFloat(bool ignoreCache) override;
     void doPutFloat(double value) override;
@@ -650,6 +656,7 @@ struct ConverterCore {
     double toRaw(Node &owner, double value);
     // The limits of the converted value, from the raw node's limits.
     void limits(Node &owner, double &low, double &high, bool integer);
+    double intLimit(Node &owner, int64_t raw);
 
     FormulaScope scope;
     Ref pValue;

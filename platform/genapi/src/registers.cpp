@@ -59,18 +59,19 @@ bool RegisterCore::applyProperty(const Property &p)
     } else if (n == "pAddress")
         m_pAddress.push_back(propertyRef(p));
     else if (n == "pIndex") {
-        m_pIndex = propertyRef(p);
+        // Each pIndex adds its index times its offset to the address.
+        Index index;
+        index.index = propertyRef(p);
         if (pugi::xml_attribute offset = p.element.attribute("Offset")) {
             auto value = parseInt(offset.value());
             if (!value)
                 throwBadProperty(m_owner, p, "an index with a numeric Offset attribute");
-            m_indexOffset = *value;
+            index.offset = *value;
         } else if (pugi::xml_attribute pOffset = p.element.attribute("pOffset")) {
-            m_pIndexOffset.name = trim(pOffset.value());
-            m_pIndexOffset.line = p.line;
-        } else {
-            m_indexOffset = 1;
+            index.pOffset.name = trim(pOffset.value());
+            index.pOffset.line = p.line;
         }
+        m_indices.push_back(std::move(index));
     } else if (n == "Length") {
         m_length = propertyInt(m_owner, p);
         m_hasLength = true;
@@ -108,8 +109,10 @@ void RegisterCore::collectRefs(std::vector<Ref *> &reading)
     reading.push_back(&m_pPort);
     for (Ref &r : m_pAddress)
         reading.push_back(&r);
-    reading.push_back(&m_pIndex);
-    reading.push_back(&m_pIndexOffset);
+    for (Index &index : m_indices) {
+        reading.push_back(&index.index);
+        reading.push_back(&index.pOffset);
+    }
     reading.push_back(&m_pLength);
 }
 
@@ -124,7 +127,7 @@ void RegisterCore::finishLoad()
 
 bool RegisterCore::staticLocation(std::string &portName, int64_t &address, int64_t &len) const
 {
-    if (!m_pAddress.empty() || m_pIndex.isSet() || m_pLength.isSet() || !m_hasConstAddress)
+    if (!m_pAddress.empty() || !m_indices.empty() || m_pLength.isSet() || !m_hasConstAddress)
         return false;
     portName = m_pPort.name;
     address = m_constAddress;
@@ -137,10 +140,19 @@ int64_t RegisterCore::address()
     uint64_t sum = static_cast<uint64_t>(m_constAddress);
     for (Ref &r : m_pAddress)
         sum += static_cast<uint64_t>(r.node->getInt(false));
-    if (m_pIndex.node) {
-        const int64_t offset
-            = m_pIndexOffset.node ? m_pIndexOffset.node->getInt(false) : m_indexOffset;
-        sum += static_cast<uint64_t>(m_pIndex.node->getInt(false)) * static_cast<uint64_t>(offset);
+    for (Index &index : m_indices) {
+        if (!index.index.node)
+            continue;
+        // Without Offset or pOffset the index counts whole registers: an
+        // indexed register is an array of registers of its own length, and
+        // a step of one byte would make neighbouring entries overlap. The
+        // standard leaves the default open; of the open implementations,
+        // Aravis steps by the length too.
+        const int64_t offset = index.pOffset.node ? index.pOffset.node->getInt(false)
+            : index.offset                        ? *index.offset
+                                                  : length();
+        sum += static_cast<uint64_t>(index.index.node->getInt(false))
+            * static_cast<uint64_t>(offset);
     }
     return static_cast<int64_t>(sum);
 }
@@ -423,6 +435,18 @@ double FloatReg::doGetFloat(bool ignoreCache)
     }
     throwRuntime("a floating-point register must be 4 or 8 bytes long, not "
                  + std::to_string(bytes.size()));
+}
+
+// A 4-byte register holds IEEE single precision: its range is what a float
+// can hold, so that every value inside the reported range can be written.
+double FloatReg::rawMin()
+{
+    return m_core.length() == 4 ? -double(FLT_MAX) : FloatBase::rawMin();
+}
+
+double FloatReg::rawMax()
+{
+    return m_core.length() == 4 ? double(FLT_MAX) : FloatBase::rawMax();
 }
 
 void FloatReg::doPutFloat(double value)
