@@ -166,6 +166,7 @@ struct IndexFeature {
     ItemEntry **children = nullptr;
     qint32 row = 0;
     qint32 childCount = 0;
+    bool category = false;
 };
 
 class GenParamTreeModelPrivate {
@@ -184,6 +185,7 @@ public:
     void DeRegisterCallbacks();
     void NodeCallback(INode *node);
     void ValueChanged(IValue *value);
+    void announceChanges();
 
     QVariant DisplayRoleImp(IValue *value) const;
     QVariant EditRoleImp(IValue *value) const;
@@ -202,6 +204,9 @@ public:
     ItemEntry **rootChildren = nullptr;
     qint32 rootChildCount = 0;
     GuiHandOff handOff;
+    // Changed rows not yet announced; a queued announceChanges() is pending
+    // while this is not empty.
+    std::vector<ItemEntry *> pendingChanges;
 };
 
 void GenParamTreeModelPrivate::Init(GenParamTreeModel *q)
@@ -265,6 +270,7 @@ void GenParamTreeModelPrivate::RegisterCallbackForChildren(ICategory *root, Item
                 callbackHandles.push_back(Register(
                     node, *this, &GenParamTreeModelPrivate::NodeCallback, cbPostInsideLock));
             ItemEntry *entry = &*inserted.first;
+            entry->second.category = subCategory != nullptr;
             children.push_back(entry);
             if (subCategory && depth + 1 < maxCategoryDepth)
                 pending.push_back({ subCategory, entry, depth + 1 });
@@ -282,6 +288,7 @@ void GenParamTreeModelPrivate::DeRegisterCallbacks()
         Deregister(handle);
     handOff.invalidate(); // changes announced before now name items that go
     callbackHandles.clear();
+    pendingChanges.clear();
     items.clear();
     childLists.clear();
     rootChildren = nullptr;
@@ -298,15 +305,42 @@ void GenParamTreeModelPrivate::NodeCallback(INode *node)
         handOff.post([this, value] { ValueChanged(value); });
 }
 
+// Changes are announced once per event-loop turn, one dataChanged per
+// category covering its changed rows: a poll may change every feature of the
+// camera, and a view handles each signal with a search of its rows.
 void GenParamTreeModelPrivate::ValueChanged(IValue *value)
 {
     Q_Q(GenParamTreeModel);
     auto it = items.find(value);
     if (it == items.end())
         return;
-    ItemEntry *entry = &*it;
-    const QModelIndex i = q->createIndex(entry->second.row, 1, entry);
-    Q_EMIT q->dataChanged(i, i, {});
+    if (pendingChanges.empty())
+        QMetaObject::invokeMethod(
+            q, [this] { announceChanges(); }, Qt::QueuedConnection);
+    pendingChanges.push_back(&*it);
+}
+
+void GenParamTreeModelPrivate::announceChanges()
+{
+    Q_Q(GenParamTreeModel);
+    std::vector<ItemEntry *> changed;
+    changed.swap(pendingChanges);
+    std::sort(changed.begin(), changed.end(), [](const ItemEntry *a, const ItemEntry *b) {
+        return std::pair(a->second.parent, a->second.row)
+            < std::pair(b->second.parent, b->second.row);
+    });
+    for (size_t first = 0; first < changed.size();) {
+        size_t last = first;
+        while (last + 1 < changed.size()
+               && changed[last + 1]->second.parent == changed[first]->second.parent)
+            ++last;
+        const ItemEntry *top = changed[first];
+        const ItemEntry *bottom = changed[last];
+        Q_EMIT q->dataChanged(
+            q->createIndex(top->second.row, 1, const_cast<ItemEntry *>(top)),
+            q->createIndex(bottom->second.row, 1, const_cast<ItemEntry *>(bottom)), {});
+        first = last + 1;
+    }
 }
 
 ERepresentation GenParamTreeModelPrivate::IntRepresentation(IInteger *integer) const
@@ -876,7 +910,11 @@ Qt::ItemFlags GenParamTreeModel::flags(const QModelIndex &index) const
     if (!index.isValid())
         return Qt::NoItemFlags;
     auto *item = static_cast<ItemEntry *>(index.internalPointer());
-    const Qt::ItemFlags base = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+    Qt::ItemFlags base = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+    // Without it the proxy and the view keep bookkeeping for every leaf as
+    // a possible parent, which costs a scan of all of it per change.
+    if (item && !item->second.category)
+        base |= Qt::ItemNeverHasChildren;
     if (index.column() == 0 || !item || !item->first)
         return base;
     try {

@@ -75,7 +75,7 @@ public:
     void Init(OrbGenParamTreeView *view, INodeMap *map);
     void initFilterWidget();
     void setModel(INodeMap *map);
-    void setSpanForChildren(const QModelIndex &parent);
+    void setSpanForChildren(const QModelIndex &parent, int first, int last);
     std::string saveState(const QModelIndex &index, const std::string &separator) const;
     void loadState(const QModelIndex &index, const QString &parentPath, const std::string &state);
     bool isCategory(const QModelIndex &index) const;
@@ -284,12 +284,15 @@ void OrbGenParamTreeViewPrivate::setModel(INodeMap *map)
     QObject::connect(ui.pbStatus, &QToolButton::clicked, q, [this] { showErrors(); });
 
     tree->setColumnWidth(0, (tree->columnWidth(0) + tree->columnWidth(1)) / 2);
-    setSpanForChildren(QModelIndex());
+    setSpanForChildren(QModelIndex(), 0, filter->rowCount() - 1);
     // Rows the filter brings back are new rows: span their categories too.
     QObject::connect(filter, &QAbstractItemModel::rowsInserted, q,
-                     [this](const QModelIndex &parent) { setSpanForChildren(parent); });
-    QObject::connect(filter, &QAbstractItemModel::layoutChanged, q,
-                     [this] { setSpanForChildren(QModelIndex()); });
+                     [this](const QModelIndex &parent, int first, int last) {
+                         setSpanForChildren(parent, first, last);
+                     });
+    QObject::connect(filter, &QAbstractItemModel::layoutChanged, q, [this, filter] {
+        setSpanForChildren(QModelIndex(), 0, filter->rowCount() - 1);
+    });
     for (auto signal : { &QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved })
         QObject::connect(filter, signal, q, [this] { updateNoMatch(); });
     QObject::connect(filter, &QAbstractItemModel::layoutChanged, q, [this] { updateNoMatch(); });
@@ -306,16 +309,34 @@ void OrbGenParamTreeViewPrivate::fitNameColumn()
     QAbstractItemModel *model = tree->model();
     if (!model)
         return;
+    // Measuring every name costs more than the rest of showing a large
+    // tree: only the longest names (in characters) at each depth are
+    // measured, which in a proportional font still finds the widest.
+    constexpr size_t measuredPerDepth = 16;
+    std::map<int, std::vector<QString>> longest; // by depth, shortest first
+    auto shorter = [](const QString &a, const QString &b) { return a.size() > b.size(); };
+    forEachBelow(model, QModelIndex(),
+                 [&](const QModelIndex &index, const QModelIndex &, int, int depth) {
+                     // Categories span both columns and do not count.
+                     if (!(model->flags(index) & Qt::ItemNeverHasChildren))
+                         return true;
+                     std::vector<QString> &names = longest[depth];
+                     QString name = index.data().toString();
+                     if (names.size() < measuredPerDepth) {
+                         names.push_back(std::move(name));
+                         std::push_heap(names.begin(), names.end(), shorter);
+                     } else if (name.size() > names.front().size()) {
+                         std::pop_heap(names.begin(), names.end(), shorter);
+                         names.back() = std::move(name);
+                         std::push_heap(names.begin(), names.end(), shorter);
+                     }
+                     return false;
+                 });
     const QFontMetrics metrics(tree->font());
     int widest = 0;
-    forEachBelow(model, QModelIndex(),
-                 [&](const QModelIndex &index, const QModelIndex &parent, int row, int depth) {
-                     if (!tree->isFirstColumnSpanned(row, parent))
-                         widest = qMax(widest,
-                                       metrics.horizontalAdvance(index.data().toString())
-                                           + depth * tree->indentation());
-                     return true;
-                 });
+    for (const auto &[depth, names] : longest)
+        for (const QString &name : names)
+            widest = qMax(widest, metrics.horizontalAdvance(name) + depth * tree->indentation());
     const int available = tree->viewport()->width();
     tree->setColumnWidth(0, qBound(available / 4, widest + 16, available * 3 / 5));
 }
@@ -380,17 +401,31 @@ bool OrbGenParamTreeViewPrivate::isCategory(const QModelIndex &index) const
     return value->GetNode()->GetPrincipalInterfaceType() == intfICategory;
 }
 
-void OrbGenParamTreeViewPrivate::setSpanForChildren(const QModelIndex &parent)
+// Spans the categories among the rows first..last of parent and every
+// category below them. Only categories are touched: a new row is not
+// spanned already, and each call costs the view a search of its rows, so
+// visiting the leaves too made every filter change quadratic.
+void OrbGenParamTreeViewPrivate::setSpanForChildren(const QModelIndex &parent, int first, int last)
 {
     QAbstractItemModel *model = ui.treeView->model();
     if (!model)
         return;
-    forEachBelow(model, parent,
-                 [this](const QModelIndex &index, const QModelIndex &below, int row, int) {
-                     const bool category = isCategory(index);
-                     ui.treeView->setFirstColumnSpanned(row, below, category);
-                     return category;
-                 });
+    std::vector<QModelIndex> categories;
+    for (int row = first; row <= last; ++row) {
+        const QModelIndex index = model->index(row, 0, parent);
+        if (!(model->flags(index) & Qt::ItemNeverHasChildren))
+            categories.push_back(index);
+    }
+    while (!categories.empty()) {
+        const QModelIndex category = categories.back();
+        categories.pop_back();
+        ui.treeView->setFirstColumnSpanned(category.row(), category.parent(), true);
+        for (int row = 0; row < model->rowCount(category); ++row) {
+            const QModelIndex index = model->index(row, 0, category);
+            if (!(model->flags(index) & Qt::ItemNeverHasChildren))
+                categories.push_back(index);
+        }
+    }
 }
 
 QString OrbGenParamTreeViewPrivate::pathOf(const QModelIndex &index,

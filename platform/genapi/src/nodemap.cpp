@@ -163,24 +163,30 @@ void NodeMap::notifyChanged(const std::vector<Node *> &roots, const std::vector<
 {
     // The closure over "depends on" edges: every node whose value, range or
     // access may have changed. Each is invalidated and called back once.
+    // Marks, by node id: reached, and written (whose cache holds what was
+    // just written or polled and stays). A poll may report every register
+    // of the map, so membership must not cost a search.
+    constexpr char reached = 1, wasWritten = 2;
     m_visitMarks.assign(m_nodes.size(), 0);
+    for (Node *n : written)
+        m_visitMarks[n->id()] |= wasWritten;
     std::vector<Node *> closure;
     for (Node *n : roots) {
-        if (!m_visitMarks[n->id()]) {
-            m_visitMarks[n->id()] = 1;
+        if (!(m_visitMarks[n->id()] & reached)) {
+            m_visitMarks[n->id()] |= reached;
             closure.push_back(n);
         }
     }
     for (size_t i = 0; i < closure.size(); ++i) {
         for (Node *d : closure[i]->dependents) {
-            if (!m_visitMarks[d->id()]) {
-                m_visitMarks[d->id()] = 1;
+            if (!(m_visitMarks[d->id()] & reached)) {
+                m_visitMarks[d->id()] |= reached;
                 closure.push_back(d);
             }
         }
     }
     for (Node *n : closure) {
-        if (n->isRegister() && std::find(written.begin(), written.end(), n) == written.end())
+        if (n->isRegister() && !(m_visitMarks[n->id()] & wasWritten))
             n->invalidateCache();
     }
     for (Node *n : closure)
