@@ -1,26 +1,37 @@
-// Loads and walks GenICam descriptions with our interpreter and, where it is
-// installed, with Aravis's, and prints the times in milliseconds.
+// Compares our GenICam interpreter with Aravis's on the same work: load a
+// description from memory, walk every feature under Root reading its name,
+// access mode and value as text (what genapi-dump prints), and destroy the
+// map, over a device whose memory reads zeros. Runs alternate between the two
+// in one process; the medians and their ratio are printed. Peak memory is
+// measured for each side in a fresh process of its own.
 //
-//   genapi-bench [FILE] [--runs N]
+//   genapi-bench [FILE] [--runs N]      (N >= 21, default 31)
+//   genapi-bench FILE --peak-of ours|aravis|ours-loop [--runs N]
+//                                        (one side alone, for the peak memory
+//                                        figure or a profiler)
 //
 // Without FILE the largest description of the shared corpus is used; every
-// corpus file is also loaded once to show that all of them load.
+// corpus file is also loaded once to show that all of them load. Without
+// Aravis (Debian: libaravis-dev libusb-1.0-0-dev) only our side is timed.
 #include <GenApi/GenApi.h>
 
 #ifdef ORB_HAVE_ARAVIS
 #include <arv.h>
 #endif
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iostream>
-#include <memory>
 #include <sstream>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 using namespace GenApi;
@@ -36,13 +47,11 @@ double millisecondsOf(const std::function<void()> &work)
         .count();
 }
 
-// The fastest of several runs: the least disturbed by the rest of the machine.
-double best(int runs, const std::function<void()> &work)
+double median(std::vector<double> values)
 {
-    double fastest = 1e300;
-    for (int i = 0; i < runs; ++i)
-        fastest = std::min(fastest, millisecondsOf(work));
-    return fastest;
+    std::sort(values.begin(), values.end());
+    const size_t n = values.size();
+    return n % 2 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
 }
 
 std::string readFile(const fs::path &path)
@@ -53,47 +62,155 @@ std::string readFile(const fs::path &path)
     return content.str();
 }
 
-// Reads every feature once: metadata, access mode and the value as text.
-size_t walk(CNodeMapRef &map)
+// A line of /proc/self/status in kilobytes ("VmRSS", "VmHWM").
+long statusKb(const char *key)
 {
-    NodeList_t nodes;
-    map._GetNodes(nodes);
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    const std::string prefix = std::string(key) + ':';
+    while (std::getline(status, line))
+        if (line.compare(0, prefix.size(), prefix) == 0)
+            return std::atol(line.c_str() + prefix.size());
+    return -1;
+}
+
+// The peak resident memory one load and walk adds, measured in a fresh
+// process (this program run with --peak-of SIDE FILE): a child forked from
+// here would reuse memory this process already holds. -1 on failure.
+long peakKbOf(const char *side, const fs::path &file)
+{
+    const std::string command = "/proc/" + std::to_string(getpid()) + "/exe --peak-of " + side
+        + " '" + file.string() + "'";
+    FILE *child = popen(command.c_str(), "r");
+    if (!child)
+        return -1;
+    long grown = -1;
+    if (std::fscanf(child, "%ld", &grown) != 1)
+        grown = -1;
+    pclose(child);
+    return grown;
+}
+
+// What genapi-dump prints for one feature, as a byte count.
+size_t describe(INode *node)
+{
+    size_t touched = node->GetName().size();
+    try {
+        const EAccessMode mode = node->GetAccessMode();
+        touched += EAccessModeClass::ToString(mode).size();
+        const EInterfaceType type = node->GetPrincipalInterfaceType();
+        if (type == intfICategory || type == intfICommand || !IsReadable(mode))
+            return touched;
+        if (CValuePtr value = CValuePtr(node))
+            touched += value->ToString().size();
+    } catch (const GenICam::GenericException &e) {
+        touched += std::strlen(e.GetDescription());
+    }
+    return touched;
+}
+
+// Load, walk everything under Root, destroy.
+size_t ours(const std::string &xml)
+{
+    CNodeMapRef map;
+    map._LoadXMLFromString(xml.c_str());
+    const auto ports = ConnectMemoryPorts(map);
     size_t touched = 0;
-    for (INode *node : nodes) {
-        touched += node->GetDisplayName().size() + node->GetToolTip().size()
-            + node->GetDescription().size();
-        CValuePtr value(node);
-        if (!value)
+    std::vector<INode *> pending { map._GetNode("Root") };
+    std::unordered_set<INode *> seen;
+    while (!pending.empty()) {
+        INode *node = pending.back();
+        pending.pop_back();
+        if (!node || !seen.insert(node).second)
             continue;
-        try {
-            if (IsReadable(node) && node->GetPrincipalInterfaceType() != intfICommand)
-                touched += value->ToString().size();
-        } catch (const GenICam::GenericException &) {
-            ++touched; // zero-filled memory makes some values invalid
+        touched += describe(node);
+        if (CCategoryPtr category = CCategoryPtr(node)) {
+            FeatureList_t features;
+            category->GetFeatures(features);
+            for (auto it = features.rbegin(); it != features.rend(); ++it)
+                pending.push_back((*it)->GetNode());
         }
     }
     return touched;
 }
 
 #ifdef ORB_HAVE_ARAVIS
-size_t walkAravis(ArvGc *gc, ArvGcNode *node, int depth)
+// An Aravis device whose memory reads zeros and takes any write.
+struct ZeroDevice {
+    ArvDevice parent;
+};
+struct ZeroDeviceClass {
+    ArvDeviceClass parent_class;
+};
+// GLib's type macro casts in C style.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wold-style-cast"
+G_DEFINE_TYPE(ZeroDevice, zero_device, ARV_TYPE_DEVICE)
+#pragma GCC diagnostic pop
+
+gboolean zeroRead(ArvDevice *, guint64, guint32 size, void *buffer, GError **)
 {
-    if (!node || depth > 32)
-        return 0;
+    std::memset(buffer, 0, size);
+    return TRUE;
+}
+gboolean zeroWrite(ArvDevice *, guint64, guint32, void *, GError **)
+{
+    return TRUE;
+}
+gboolean zeroReadRegister(ArvDevice *, guint64, guint32 *value, GError **)
+{
+    *value = 0;
+    return TRUE;
+}
+gboolean zeroWriteRegister(ArvDevice *, guint64, guint32, GError **)
+{
+    return TRUE;
+}
+void zero_device_init(ZeroDevice *) { }
+void zero_device_class_init(ZeroDeviceClass *klass)
+{
+    ArvDeviceClass *device = ARV_DEVICE_CLASS(klass);
+    device->read_memory = zeroRead;
+    device->write_memory = zeroWrite;
+    device->read_register = zeroReadRegister;
+    device->write_register = zeroWriteRegister;
+}
+
+size_t aravis(ArvDevice *device, const std::string &xml)
+{
+    ArvGc *gc = arv_gc_new(device, xml.data(), xml.size());
     size_t touched = 0;
-    if (ARV_IS_GC_FEATURE_NODE(node)) {
+    std::vector<ArvGcNode *> pending { arv_gc_get_node(gc, "Root") };
+    std::unordered_set<ArvGcNode *> seen;
+    while (!pending.empty()) {
+        ArvGcNode *node = pending.back();
+        pending.pop_back();
+        if (!node || !ARV_IS_GC_FEATURE_NODE(node) || !seen.insert(node).second)
+            continue;
         ArvGcFeatureNode *feature = ARV_GC_FEATURE_NODE(node);
-        for (const char *text : { arv_gc_feature_node_get_display_name(feature),
-                                  arv_gc_feature_node_get_tooltip(feature),
-                                  arv_gc_feature_node_get_description(feature) })
-            touched += text ? std::char_traits<char>::length(text) : 0;
-        touched += static_cast<size_t>(arv_gc_feature_node_get_visibility(feature));
+        const char *name = arv_gc_feature_node_get_name(feature);
+        touched += name ? std::strlen(name) : 0;
+        const ArvGcAccessMode mode = arv_gc_feature_node_get_actual_access_mode(feature);
+        touched += static_cast<size_t>(mode);
+        if (ARV_IS_GC_CATEGORY(node)) {
+            std::vector<ArvGcNode *> children;
+            for (const GSList *f = arv_gc_category_get_features(ARV_GC_CATEGORY(node)); f;
+                 f = f->next)
+                children.push_back(arv_gc_get_node(gc, static_cast<const char *>(f->data)));
+            pending.insert(pending.end(), children.rbegin(), children.rend());
+        } else if (!ARV_IS_GC_COMMAND(node)
+                   && (mode == ARV_GC_ACCESS_MODE_RO || mode == ARV_GC_ACCESS_MODE_RW)) {
+            GError *error = nullptr;
+            const char *value = arv_gc_feature_node_get_value_as_string(feature, &error);
+            if (error) {
+                touched += std::strlen(error->message);
+                g_clear_error(&error);
+            } else if (value) {
+                touched += std::strlen(value);
+            }
+        }
     }
-    if (ARV_IS_GC_CATEGORY(node)) {
-        for (const GSList *f = arv_gc_category_get_features(ARV_GC_CATEGORY(node)); f; f = f->next)
-            touched += walkAravis(gc, arv_gc_get_node(gc, static_cast<const char *>(f->data)),
-                                  depth + 1);
-    }
+    g_object_unref(gc);
     return touched;
 }
 #endif
@@ -103,13 +220,41 @@ size_t walkAravis(ArvGc *gc, ArvGcNode *node, int depth)
 int main(int argc, char **argv)
 {
     fs::path file;
-    int runs = 10;
+    int runs = 31;
+    std::string peakOf;
     for (int i = 1; i < argc; ++i) {
         const std::string arg = argv[i];
-        if (arg == "--runs" && i + 1 < argc)
-            runs = std::max(1, std::atoi(argv[++i]));
-        else
+        if (arg == "--peak-of" && i + 1 < argc)
+            peakOf = argv[++i];
+        else if (arg == "--runs" && i + 1 < argc)
+            runs = std::max(21, std::atoi(argv[++i]));
+        else if (!arg.empty() && arg[0] == '-') {
+            std::cerr << "usage: genapi-bench [FILE] [--runs N]\n";
+            return 2;
+        } else
             file = arg;
+    }
+
+    if (!peakOf.empty()) {
+        const std::string xml = readFile(file);
+        const long before = statusKb("VmRSS");
+        size_t sink = 0;
+#ifdef ORB_HAVE_ARAVIS
+        if (peakOf == "aravis") {
+            ArvDevice *device = ARV_DEVICE(g_object_new(zero_device_get_type(), nullptr));
+            sink += aravis(device, xml);
+            g_object_unref(device);
+        }
+#endif
+        if (peakOf == "ours")
+            sink += ours(xml);
+        // For a profiler: many rounds of our side alone.
+        if (peakOf == "ours-loop")
+            for (int i = 0; i < runs; ++i)
+                sink += ours(xml);
+        std::printf("%ld\n", statusKb("VmHWM") - before);
+        std::fprintf(stderr, "(checksum %zu)\n", sink);
+        return 0;
     }
 
     const fs::path corpus = ORB_CORPUS_DIR;
@@ -136,10 +281,9 @@ int main(int argc, char **argv)
     if (!corpusFiles.empty()) {
         std::printf("corpus: load once each\n");
         for (const fs::path &p : corpusFiles) {
-            double ms = 0;
             try {
                 CNodeMapRef map;
-                ms = millisecondsOf([&] { map._LoadXMLFromFile(p.c_str()); });
+                const double ms = millisecondsOf([&] { map._LoadXMLFromFile(p.c_str()); });
                 std::printf("  %-40s %8.2f ms  %6llu nodes\n", p.filename().c_str(), ms,
                             static_cast<unsigned long long>(map._Ptr->GetNumNodes()));
             } catch (const GenICam::GenericException &e) {
@@ -150,37 +294,48 @@ int main(int argc, char **argv)
     }
 
     const std::string xml = readFile(file);
-    std::printf("\n%s (%zu bytes), best of %d runs\n", file.filename().c_str(), xml.size(), runs);
-
-    const double ourLoad = best(runs, [&] {
-        CNodeMapRef map;
-        map._LoadXMLFromString(xml.c_str());
-    });
-    CNodeMapRef map;
-    map._LoadXMLFromString(xml.c_str());
-    const auto ports = ConnectMemoryPorts(map);
+    try {
+        ours(xml);
+    } catch (const GenICam::GenericException &e) {
+        std::cerr << "genapi-bench: cannot load " << file << ": " << e.GetDescription() << '\n';
+        return 2;
+    }
+    std::printf("\n%s (%zu bytes): load, walk under Root reading every value, destroy;\n"
+                "median of %d runs, alternating\n",
+                file.filename().c_str(), xml.size(), runs);
     size_t sink = 0;
-    const double ourWalk = best(runs, [&] {
-        map._InvalidateNodes();
-        sink += walk(map);
-    });
-    std::printf("  orbgenapi  load %8.2f ms   walk (read every feature) %8.2f ms\n", ourLoad,
-                ourWalk);
-
+    std::vector<double> ourTimes;
 #ifdef ORB_HAVE_ARAVIS
-    const double aravisLoad = best(runs, [&] {
-        ArvGc *gc = arv_gc_new(nullptr, xml.data(), xml.size());
-        g_object_unref(gc);
-    });
-    ArvGc *gc = arv_gc_new(nullptr, xml.data(), xml.size());
-    const double aravisWalk
-        = best(runs, [&] { sink += walkAravis(gc, arv_gc_get_node(gc, "Root"), 0); });
-    g_object_unref(gc);
-    std::printf("  aravis     load %8.2f ms   walk (metadata only)      %8.2f ms\n", aravisLoad,
-                aravisWalk);
-    std::printf("  load ratio aravis / orbgenapi: %.1fx\n", aravisLoad / ourLoad);
+    ArvDevice *device = ARV_DEVICE(g_object_new(zero_device_get_type(), nullptr));
+    std::vector<double> aravisTimes;
+    for (int run = 0; run < runs; ++run) {
+        // Alternate which side goes first, so that neither always runs on
+        // the caches the other left.
+        auto timeOurs = [&] { ourTimes.push_back(millisecondsOf([&] { sink += ours(xml); })); };
+        auto timeAravis
+            = [&] { aravisTimes.push_back(millisecondsOf([&] { sink += aravis(device, xml); })); };
+        if (run % 2) {
+            timeOurs();
+            timeAravis();
+        } else {
+            timeAravis();
+            timeOurs();
+        }
+    }
+    const long ourPeak = peakKbOf("ours", file);
+    const long aravisPeak = peakKbOf("aravis", file);
+    g_object_unref(device);
+    const double ourMedian = median(ourTimes);
+    const double aravisMedian = median(aravisTimes);
+    std::printf("  orbgenapi %8.2f ms   peak +%ld kB\n", ourMedian, ourPeak);
+    std::printf("  aravis    %8.2f ms   peak +%ld kB\n", aravisMedian, aravisPeak);
+    std::printf("  time ratio aravis / orbgenapi: %.1fx; peak memory ratio: %.2f\n",
+                aravisMedian / ourMedian, double(aravisPeak) / double(ourPeak));
 #else
-    std::printf("  aravis     not installed (Debian: libaravis-dev libusb-1.0-0-dev)\n");
+    for (int run = 0; run < runs; ++run)
+        ourTimes.push_back(millisecondsOf([&] { sink += ours(xml); }));
+    std::printf("  orbgenapi %8.2f ms   peak +%ld kB\n", median(ourTimes), peakKbOf("ours", file));
+    std::printf("  aravis    not installed (Debian: libaravis-dev libusb-1.0-0-dev)\n");
 #endif
     std::fprintf(stderr, "(checksum %zu)\n", sink);
     return failures ? 1 : 0;

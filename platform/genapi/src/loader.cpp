@@ -168,13 +168,13 @@ private:
                 continue;
             const std::string_view name = p.name();
             if (name == "EnumEntry") {
-                if (auto *e = dynamic_cast<Enumeration *>(&node)) {
+                if (Enumeration *e = node.asEnumeration()) {
                     loadEnumEntry(*e, p);
                     continue;
                 }
             }
             if (name == "IntSwissKnife") {
-                if (RegisterCore *core = registerCore(node)) {
+                if (RegisterCore *core = node.registerCore()) {
                     loadInlineAddress(node, *core, p);
                     continue;
                 }
@@ -198,19 +198,6 @@ private:
             if (c.type() == pugi::node_pcdata || c.type() == pugi::node_cdata)
                 m_text += c.value();
         return trim(m_text);
-    }
-
-    static RegisterCore *registerCore(Node &node)
-    {
-        if (auto *r = dynamic_cast<IntReg *>(&node))
-            return &r->core();
-        if (auto *f = dynamic_cast<FloatReg *>(&node))
-            return &f->core();
-        if (auto *g = dynamic_cast<Register *>(&node))
-            return &g->core();
-        if (auto *s = dynamic_cast<String *>(&node); s && s->isRegister())
-            return &s->core();
-        return nullptr;
     }
 
     void loadNode(const pugi::xml_node &element, std::string_view type)

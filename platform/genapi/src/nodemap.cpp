@@ -197,7 +197,7 @@ void NodeMap::notifyChanged(const std::vector<Node *> &roots, const std::vector<
 
 Node *NodeMap::find(std::string_view name) const
 {
-    auto it = m_byName.find(std::string(name));
+    auto it = m_byName.find(name);
     return it == m_byName.end() ? nullptr : it->second;
 }
 
@@ -251,7 +251,7 @@ void NodeMap::buildGraph()
         for (const Ref &r : n->selected)
             if (r.node)
                 r.node->selecting.push_back(n);
-        if (auto *e = dynamic_cast<Enumeration *>(n)) {
+        if (Enumeration *e = n->asEnumeration()) {
             for (EnumEntry *entry : e->entries) {
                 entry->dependents.push_back(e);
                 e->readingRefs.push_back(entry);
@@ -264,30 +264,26 @@ void NodeMap::buildGraph()
     // Registers at one fixed location are views of the same device memory
     // (the fields of a StructReg, several MaskedIntRegs): a write through
     // one changes the others.
-    std::map<std::tuple<std::string, int64_t, int64_t>, std::vector<Node *>> locations;
+    using Location = std::tuple<const Node *, int64_t, int64_t>; // port, address, length
+    std::vector<std::pair<Location, Node *>> located;
     for (auto &node : m_nodes) {
-        RegisterCore *core = nullptr;
-        if (auto *r = dynamic_cast<IntReg *>(node.get()))
-            core = &r->core();
-        else if (auto *f = dynamic_cast<FloatReg *>(node.get()))
-            core = &f->core();
-        else if (auto *g = dynamic_cast<Register *>(node.get()))
-            core = &g->core();
-        else if (auto *s = dynamic_cast<String *>(node.get()); s && s->isRegister())
-            core = &s->core();
-        std::string port;
+        RegisterCore *core = node->registerCore();
+        const Node *port = nullptr;
         int64_t address = 0, length = 0;
         if (core && core->staticLocation(port, address, length))
-            locations[{ port, address, length }].push_back(node.get());
+            located.push_back({ { port, address, length }, node.get() });
     }
-    for (auto &entry : locations) {
-        const std::vector<Node *> &group = entry.second;
-        if (group.size() < 2 || group.size() > 64)
-            continue;
-        for (Node *a : group)
-            for (Node *b : group)
-                if (a != b)
-                    a->dependents.push_back(b);
+    std::sort(located.begin(), located.end());
+    for (size_t first = 0; first < located.size();) {
+        size_t end = first + 1;
+        while (end < located.size() && located[end].first == located[first].first)
+            ++end;
+        if (end - first >= 2 && end - first <= 64)
+            for (size_t a = first; a < end; ++a)
+                for (size_t b = first; b < end; ++b)
+                    if (a != b)
+                        located[a].second->dependents.push_back(located[b].second);
+        first = end;
     }
     for (auto &node : m_nodes) {
         auto &d = node->dependents;

@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -126,7 +127,9 @@ private:
 
     std::vector<std::unique_ptr<Node>> m_nodes; // every node, named or not
     std::vector<Node *> m_named; // in description order
-    std::unordered_map<std::string, Node *> m_byName;
+    // Keys view the names the nodes own, so that a lookup by string_view
+    // needs no copy.
+    std::unordered_map<std::string_view, Node *> m_byName;
     std::vector<Node *> m_polled;
     std::vector<char> m_visitMarks; // scratch for notifyChanged
 };

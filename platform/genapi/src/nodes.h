@@ -49,6 +49,8 @@ struct Property {
 };
 
 struct CallbackEntry;
+class Enumeration;
+class RegisterCore;
 
 class Node : public virtual INode, public virtual ISelector {
 public:
@@ -85,6 +87,10 @@ public:
 
     // Register nodes hold a cache; everything else is computed on demand.
     virtual bool isRegister() const { return false; }
+    // The register access of a register node, else null. Virtual rather
+    // than found by dynamic_cast: loading asks it of every node.
+    virtual RegisterCore *registerCore() { return nullptr; }
+    virtual Enumeration *asEnumeration() { return nullptr; }
     virtual void invalidateCache() { }
     // For polling: re-reads the register; true when the bytes changed.
     virtual bool pollRegister() { return false; }
@@ -390,7 +396,7 @@ public:
     bool readableByMode() const { return m_accessMode == RO || m_accessMode == RW; }
     EAccessMode declaredAccess() const { return m_accessMode; }
     // The key that registers sharing one address have in common.
-    bool staticLocation(std::string &port, int64_t &address, int64_t &length) const;
+    bool staticLocation(const Node *&port, int64_t &address, int64_t &length) const;
 
 private:
     IPort *port();
@@ -439,6 +445,7 @@ public:
     bool pollRegister() override { return m_core.poll(); }
     bool ownCacheValid() const override { return m_core.cacheValid(); }
     RegisterCore &core() { return m_core; }
+    RegisterCore *registerCore() override { return &m_core; }
 
 protected:
     EAccessMode doAccess() override { return m_core.access(); }
@@ -560,6 +567,7 @@ public:
     bool pollRegister() override { return m_core.poll(); }
     bool ownCacheValid() const override { return m_core.cacheValid(); }
     RegisterCore &core() { return m_core; }
+    RegisterCore *registerCore() override { return &m_core; }
 
 protected:
     double rawMin() override;
@@ -765,6 +773,7 @@ class EnumEntry;
 
 class Enumeration final : public ValueNode, public IEnumeration {
 public:
+    Enumeration *asEnumeration() override { return this; }
     Enumeration(NodeMap &map, std::string name)
         : ValueNode(map, std::move(name), "Enumeration")
     {
@@ -850,6 +859,7 @@ public:
     bool pollRegister() override { return m_isRegister && m_core.poll(); }
     bool ownCacheValid() const override { return !m_isRegister || m_core.cacheValid(); }
     RegisterCore &core() { return m_core; }
+    RegisterCore *registerCore() override { return m_isRegister ? &m_core : nullptr; }
 
 protected:
     EAccessMode doAccess() override;
@@ -901,6 +911,7 @@ public:
     bool pollRegister() override { return m_core.poll(); }
     bool ownCacheValid() const override { return m_core.cacheValid(); }
     RegisterCore &core() { return m_core; }
+    RegisterCore *registerCore() override { return &m_core; }
 
 protected:
     EAccessMode doAccess() override { return m_core.access(); }

@@ -125,11 +125,12 @@ void RegisterCore::finishLoad()
                                  m_owner.name().c_str(), m_pPort.name.c_str());
 }
 
-bool RegisterCore::staticLocation(std::string &portName, int64_t &address, int64_t &len) const
+bool RegisterCore::staticLocation(const Node *&port, int64_t &address, int64_t &len) const
 {
-    if (!m_pAddress.empty() || !m_indices.empty() || m_pLength.isSet() || !m_hasConstAddress)
+    if (!m_pAddress.empty() || !m_indices.empty() || m_pLength.isSet() || !m_hasConstAddress
+        || !m_pPort.node)
         return false;
-    portName = m_pPort.name;
+    port = m_pPort.node;
     address = m_constAddress;
     len = m_length;
     return true;
