@@ -14,6 +14,8 @@ private Q_SLOTS:
     void acceptedInputs();
     void loadErrors_data();
     void loadErrors();
+    void recoverableViolations_data();
+    void recoverableViolations();
     void lineNumbersCountSkippedLines();
     void lineNumbersFarIntoTheFile_data();
     void lineNumbersFarIntoTheFile();
@@ -125,15 +127,6 @@ void tst_GenApiLoader::loadErrors_data()
         description("<Integer Name=\"A\"><Value>1</Value><Min>ten</Min></Integer>"))
                                        << QStringLiteral("PropertyException")
                                        << QStringLiteral("node 'A': <Min> 'ten' is not an integer");
-    QTest::newRow("malformed visibility")
-        << QByteArray::fromStdString(description(
-               "<Integer Name=\"A\"><Visibility>Wizard</Visibility><Value>1</Value></Integer>"))
-        << QStringLiteral("PropertyException") << QStringLiteral("'Wizard' is not a visibility");
-    QTest::newRow("malformed access mode")
-        << QByteArray::fromStdString(
-               description("<IntReg Name=\"A\"><Address>0</Address><Length>4</Length>"
-                           "<AccessMode>XY</AccessMode><pPort>Device</pPort></IntReg>"))
-        << QStringLiteral("PropertyException") << QStringLiteral("'XY' is not an access mode");
     QTest::newRow("reference to a missing node")
         << QByteArray::fromStdString(
                description("\n<Integer Name=\"A\">\n<pValue>Nowhere</pValue></Integer>"))
@@ -181,6 +174,122 @@ void tst_GenApiLoader::loadErrors()
     QVERIFY(map._Ptr == nullptr);
     map._LoadXMLFromString(description("<Integer Name=\"A\"><Value>1</Value></Integer>").c_str());
     QVERIFY(map._GetNode("A") != nullptr);
+}
+
+// Small schema violations that real cameras ship: by default the property
+// keeps its default and the load reports a warning naming the node, the line
+// and the problem; strict loading refuses the description with the same
+// words.
+void tst_GenApiLoader::recoverableViolations_data()
+{
+    QTest::addColumn<QString>("body");
+    QTest::addColumn<QString>("problem");
+    QTest::addColumn<QString>("check"); // what the default looks like afterwards
+
+    const QString reg = QStringLiteral("<IntReg Name=\"A\"><Address>0</Address><Length>4</Length>"
+                                       "<pPort>Device</pPort>%1</IntReg>");
+    QTest::newRow("empty Streamable")
+        << "<Integer Name=\"A\"><Streamable/><Value>1</Value></Integer>"
+        << "<Streamable> '' is not Yes or No; the default No is used"
+        << "not streamable";
+    QTest::newRow("IsDeprecated neither Yes nor No")
+        << "<Integer Name=\"A\"><IsDeprecated>Maybe</IsDeprecated><Value>1</Value></Integer>"
+        << "<IsDeprecated> 'Maybe' is not Yes or No; the default No is used"
+        << "not deprecated";
+    QTest::newRow("unknown visibility")
+        << "<Integer Name=\"A\"><Visibility>Wizard</Visibility><Value>1</Value></Integer>"
+        << "<Visibility> 'Wizard' is not a visibility (Beginner, Expert, Guru or Invisible); "
+           "the default Beginner is used"
+        << "Beginner";
+    QTest::newRow("unknown register access mode")
+        << reg.arg(QStringLiteral("<AccessMode>XY</AccessMode>"))
+        << "<AccessMode> 'XY' is not an access mode (RO, WO, RW, NA or NI); the default RO is "
+           "used"
+        << "RO";
+    QTest::newRow("empty imposed access mode")
+        << "<Integer Name=\"A\"><ImposedAccessMode></ImposedAccessMode><Value>1</Value></Integer>"
+        << "<ImposedAccessMode> '' is not an access mode (RO, WO, RW, NA or NI); the default RW "
+           "is used"
+        << "RW";
+    QTest::newRow("unknown representation")
+        << "<Integer Name=\"A\"><Representation>Knob</Representation><Value>1</Value></Integer>"
+        << "<Representation> 'Knob' is not a representation; the default of the node type is used"
+        << "PureNumber";
+    QTest::newRow("unknown display notation")
+        << "<Float Name=\"A\"><DisplayNotation>Pretty</DisplayNotation><Value>1</Value></Float>"
+        << "<DisplayNotation> 'Pretty' is not a display notation (Automatic, Fixed or "
+           "Scientific); the default Automatic is used"
+        << "Automatic";
+    QTest::newRow("unknown caching mode")
+        << reg.arg(QStringLiteral("<Cachable>Sometimes</Cachable>"))
+        << "<Cachable> 'Sometimes' is not a caching mode (NoCache, WriteThrough or WriteAround); "
+           "the default WriteThrough is used"
+        << "WriteThrough";
+    QTest::newRow("unknown byte order")
+        << reg.arg(QStringLiteral("<Endianess>Middle</Endianess>"))
+        << "<Endianess> 'Middle' is not BigEndian or LittleEndian; the default LittleEndian is "
+           "used"
+        << "loads";
+    QTest::newRow("empty sign") << reg.arg(QStringLiteral(
+        "<Sign/>")) << "<Sign> '' is not Signed or Unsigned; the default Unsigned is used"
+                                << "loads";
+    QTest::newRow("unknown slope")
+        << "<Integer Name=\"R\"><Value>1</Value></Integer><Converter Name=\"A\">"
+           "<FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom><pValue>R</pValue>"
+           "<Slope>Sideways</Slope></Converter>"
+        << "<Slope> 'Sideways' is not a slope (Increasing, Decreasing, Varying or Automatic); "
+           "the default Automatic is used"
+        << "loads";
+}
+
+void tst_GenApiLoader::recoverableViolations()
+{
+    QFETCH(QString, body);
+    QFETCH(QString, problem);
+    QFETCH(QString, check);
+    // The violation sits on line 3 of the description.
+    const std::string xml = description(body.toStdString());
+
+    CNodeMapRef map;
+    map._LoadXMLFromString(xml.c_str());
+    const gcstring_vector warnings = map._GetLoadWarnings();
+    QCOMPARE(int(warnings.size()), 1);
+    const QString warning = QString::fromUtf8(warnings[0].c_str());
+    QVERIFY2(warning.startsWith(QStringLiteral("line 3: node 'A': ")), qPrintable(warning));
+    QVERIFY2(warning.endsWith(problem), qPrintable(warning));
+
+    CMemoryPort port;
+    map._Connect(&port);
+    INode *node = map._GetNode("A");
+    QVERIFY(node);
+    if (check == QLatin1String("not streamable"))
+        QVERIFY(!node->IsStreamable());
+    else if (check == QLatin1String("not deprecated"))
+        QVERIFY(!node->IsDeprecated());
+    else if (check == QLatin1String("Beginner"))
+        QCOMPARE(node->GetVisibility(), Beginner);
+    else if (check == QLatin1String("RO"))
+        QCOMPARE(node->GetAccessMode(), RO);
+    else if (check == QLatin1String("RW"))
+        QCOMPARE(node->GetAccessMode(), RW);
+    else if (check == QLatin1String("PureNumber"))
+        QCOMPARE(CIntegerPtr(node)->GetRepresentation(), PureNumber);
+    else if (check == QLatin1String("Automatic"))
+        QCOMPARE(CFloatPtr(node)->GetDisplayNotation(), fnAutomatic);
+    else if (check == QLatin1String("WriteThrough"))
+        QCOMPARE(node->GetCachingMode(), WriteThrough);
+    else
+        QCOMPARE(check, QStringLiteral("loads"));
+
+    // Strict loading refuses it with the problem as the reason.
+    CNodeMapRef strict;
+    strict._SetStrictLoading(true);
+    const QString what = GenApiTest::thrown([&] { strict._LoadXMLFromString(xml.c_str()); });
+    QVERIFY2(what.startsWith(QStringLiteral("PropertyException: line 3: node 'A': ")),
+             qPrintable(what));
+    const QString reason = problem.left(problem.indexOf(QStringLiteral("; the default")));
+    QVERIFY2(what.contains(reason), qPrintable(what));
+    QVERIFY(strict._Ptr == nullptr);
 }
 
 void tst_GenApiLoader::lineNumbersCountSkippedLines()

@@ -13,6 +13,7 @@ private Q_SLOTS:
     void deepNesting();
     void cannotLoad_data();
     void cannotLoad();
+    void schemaViolationIsAWarning();
 
 private:
     struct Result {
@@ -126,6 +127,35 @@ void tst_GenApiDump::cannotLoad()
     QCOMPARE(r.err.count(QLatin1Char('\n')), 1);
     QVERIFY2(r.err.startsWith(QStringLiteral("genapi-dump: cannot load ")), qPrintable(r.err));
     QVERIFY2(r.err.contains(fragment), qPrintable(r.err));
+}
+
+// A camera whose description has an empty <Streamable/> still gets its
+// tree; the warning goes to stderr and --strict refuses it instead.
+void tst_GenApiDump::schemaViolationIsAWarning()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("camera.xml"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("<RegisterDescription>\n<Category Name=\"Root\"><pFeature>Gain</pFeature>"
+               "</Category>\n<Integer Name=\"Gain\"><Streamable/><Value>3</Value></Integer>\n"
+               "</RegisterDescription>\n");
+    file.close();
+
+    const Result lenient = run({ path });
+    QCOMPARE(lenient.exitCode, 0);
+    QCOMPARE(lenient.out, QStringLiteral("Root  ICategory  RO\n  Gain  IInteger  RW  = 3\n"));
+    QCOMPARE(lenient.err,
+             QStringLiteral("genapi-dump: warning: line 3: node 'Gain': <Streamable> '' is not "
+                            "Yes or No; the default No is used\n"));
+
+    const Result strict = run({ QStringLiteral("--strict"), path });
+    QCOMPARE(strict.exitCode, 2);
+    QVERIFY(strict.out.isEmpty());
+    QVERIFY2(strict.err.startsWith(QStringLiteral("genapi-dump: cannot load ")),
+             qPrintable(strict.err));
+    QVERIFY2(strict.err.contains(QStringLiteral("<Streamable> '' is not Yes or No")),
+             qPrintable(strict.err));
 }
 
 QTEST_GUILESS_MAIN(tst_GenApiDump)

@@ -15,9 +15,10 @@ using namespace GenApi;
 
 namespace {
 
-const char usage[] = "usage: genapi-dump FILE [--set NAME=VALUE]...\n"
+const char usage[] = "usage: genapi-dump [--strict] FILE [--set NAME=VALUE]...\n"
                      "Loads a GenICam description (plain XML or zip) over zero-filled memory,\n"
-                     "applies the writes in order and prints the feature tree under Root.\n";
+                     "applies the writes in order and prints the feature tree under Root.\n"
+                     "Small schema violations are warnings on stderr; --strict refuses them.\n";
 
 std::string describe(INode *node)
 {
@@ -98,13 +99,16 @@ int run(int argc, char **argv)
 {
     std::string file;
     std::vector<std::pair<std::string, std::string>> writes;
+    bool strict = false;
     for (int i = 1; i < argc; ++i) {
         const std::string arg = argv[i];
         if (arg == "--help" || arg == "-h") {
             std::cout << usage;
             return 0;
         }
-        if (arg == "--set") {
+        if (arg == "--strict") {
+            strict = true;
+        } else if (arg == "--set") {
             if (i + 1 >= argc) {
                 std::cerr << "genapi-dump: --set needs NAME=VALUE\n" << usage;
                 return 2;
@@ -129,12 +133,15 @@ int run(int argc, char **argv)
     }
 
     CNodeMapRef map;
+    map._SetStrictLoading(strict);
     try {
         map._LoadXMLFromFile(file.c_str());
     } catch (const GenICam::GenericException &e) {
         std::cerr << "genapi-dump: cannot load " << file << ": " << e.GetDescription() << '\n';
         return 2;
     }
+    for (const gcstring &warning : map._GetLoadWarnings())
+        std::cerr << "genapi-dump: warning: " << warning << '\n';
 
     // Every port gets its own zero-filled memory, so that features behind
     // transport-layer or chunk ports can be read as well.

@@ -278,7 +278,8 @@ bool ConverterCore::applyProperty(Node &owner, const Property &p)
         else if (equalsIgnoreCase(p.text, "Automatic"))
             slope = Automatic;
         else
-            throwBadProperty(owner, p, "a slope (Increasing, Decreasing, Varying or Automatic)");
+            keepDefault(owner, p, "a slope (Increasing, Decreasing, Varying or Automatic)",
+                        "Automatic");
     } else if (n == "IsLinear")
         ;
     else

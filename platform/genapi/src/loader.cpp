@@ -300,7 +300,8 @@ size_t skipStrayLines(const std::string &xml, uint32_t &skippedLines)
 
 } // namespace
 
-std::shared_ptr<NodeMap> loadDescription(std::string xml, const std::string &deviceName)
+std::shared_ptr<NodeMap> loadDescription(std::string xml, const std::string &deviceName,
+                                         bool strict)
 {
     uint32_t skippedLines = 0;
     const size_t start = skipStrayLines(xml, skippedLines);
@@ -308,6 +309,7 @@ std::shared_ptr<NodeMap> loadDescription(std::string xml, const std::string &dev
     const size_t size = xml.size() - start;
 
     auto map = std::make_shared<NodeMap>(deviceName);
+    map->strictLoading = strict;
     Loader loader(*map, data, size, skippedLines);
 
     pugi::xml_document doc;

@@ -13,7 +13,25 @@ class NodeMap;
 // Builds a node map from a description's text. Throws RuntimeException for
 // malformed XML and PropertyException for malformed content, both with the
 // line number.
-std::shared_ptr<NodeMap> loadDescription(std::string xml, const std::string &deviceName);
+//
+// Cameras ship descriptions with small schema violations, and refusing the
+// whole description leaves their owners with nothing. Unless `strict`, these
+// load with the property's default and a warning in the map's loadWarnings
+// ("line N: node 'X': <Property> 'text' is not ...; the default D is used"):
+//   - a Yes/No property that is empty or neither Yes nor No (Streamable,
+//     IsDeprecated, IsSelfClearing): No;
+//   - an empty or unknown value of an enumerated property: AccessMode of a
+//     register (RO), ImposedAccessMode (RW, no restriction), Visibility
+//     (Beginner), Representation (none: the node's own default),
+//     DisplayNotation (Automatic), Cachable (WriteThrough), Endianess
+//     (LittleEndian), Sign (Unsigned), Slope (Automatic).
+// Unknown elements are skipped without a warning, as before: vendors add
+// their own and newer schemas add more. Attributes are not checked.
+// Everything else still refuses the description in either mode: malformed
+// XML, a malformed number, formula or list, a reference to a node that does
+// not exist, a node defined twice, groups nested too deep.
+std::shared_ptr<NodeMap> loadDescription(std::string xml, const std::string &deviceName,
+                                         bool strict = false);
 
 // The description inside a zip archive, skipping resource-fork decoys.
 std::string extractDescriptionFromZip(const void *data, size_t size);

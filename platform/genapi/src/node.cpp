@@ -48,19 +48,34 @@ double propertyDouble(const Node &node, const Property &property)
     throwBadProperty(node, property, "a number");
 }
 
+void keepDefault(const Node &node, const Property &property, const char *expected,
+                 const char *fallback)
+{
+    NodeMap &map = node.map();
+    if (map.strictLoading)
+        throwBadProperty(node, property, expected);
+    map.loadWarnings.push_back("line " + std::to_string(property.line) + ": node '" + node.name()
+                               + "': <" + std::string(property.name) + "> '"
+                               + std::string(property.text) + "' is not " + expected
+                               + "; the default " + fallback + " is used");
+}
+
 bool propertyYesNo(const Node &node, const Property &property)
 {
     if (auto value = parseBool(property.text))
         return *value;
-    throwBadProperty(node, property, "Yes or No");
+    keepDefault(node, property, "Yes or No", "No");
+    return false;
 }
 
-EAccessMode propertyAccessMode(const Node &node, const Property &property)
+EAccessMode propertyAccessMode(const Node &node, const Property &property, EAccessMode fallback)
 {
     EAccessMode mode;
     if (EAccessModeClass::FromString(gcstring(std::string(property.text)), &mode))
         return mode;
-    throwBadProperty(node, property, "an access mode (RO, WO, RW, NA or NI)");
+    keepDefault(node, property, "an access mode (RO, WO, RW, NA or NI)",
+                EAccessModeClass::ToString(fallback).c_str());
+    return fallback;
 }
 
 Ref propertyRef(const Property &property)
@@ -148,13 +163,15 @@ bool Node::applyProperty(const Property &p)
         m_displayName = std::string(p.text);
     else if (n == "Visibility") {
         EVisibility v;
-        if (!EVisibilityClass::FromString(gcstring(std::string(p.text)), &v))
-            throwBadProperty(*this, p, "a visibility (Beginner, Expert, Guru or Invisible)");
-        m_visibility = v;
+        if (EVisibilityClass::FromString(gcstring(std::string(p.text)), &v))
+            m_visibility = v;
+        else
+            keepDefault(*this, p, "a visibility (Beginner, Expert, Guru or Invisible)",
+                        "Beginner");
     } else if (n == "EventID")
         m_eventID = std::string(p.text);
     else if (n == "ImposedAccessMode")
-        m_imposedAccess = propertyAccessMode(*this, p);
+        m_imposedAccess = propertyAccessMode(*this, p, RW);
     else if (n == "pIsImplemented")
         m_isImplemented = propertyRef(p);
     else if (n == "pIsAvailable")
@@ -807,9 +824,10 @@ bool IntegerBase::applyProperty(const Property &p)
         return true;
     }
     if (p.name == "Representation") {
-        if (!ERepresentationClass::FromString(gcstring(std::string(p.text)), &m_representation))
-            throwBadProperty(*this, p, "a representation");
-        m_hasRepresentation = true;
+        if (ERepresentationClass::FromString(gcstring(std::string(p.text)), &m_representation))
+            m_hasRepresentation = true;
+        else
+            keepDefault(*this, p, "a representation", "of the node type");
         return true;
     }
     return ValueNode::applyProperty(p);
@@ -1122,12 +1140,16 @@ bool FloatBase::applyProperty(const Property &p)
     if (n == "Unit")
         m_unit = std::string(p.text);
     else if (n == "Representation") {
-        if (!ERepresentationClass::FromString(gcstring(std::string(p.text)), &m_representation))
-            throwBadProperty(*this, p, "a representation");
-        m_hasRepresentation = true;
+        if (ERepresentationClass::FromString(gcstring(std::string(p.text)), &m_representation))
+            m_hasRepresentation = true;
+        else
+            keepDefault(*this, p, "a representation", "of the node type");
     } else if (n == "DisplayNotation") {
-        if (!EDisplayNotationClass::FromString(gcstring(std::string(p.text)), &m_notation))
-            throwBadProperty(*this, p, "a display notation (Automatic, Fixed or Scientific)");
+        if (!EDisplayNotationClass::FromString(gcstring(std::string(p.text)), &m_notation)) {
+            m_notation = fnAutomatic;
+            keepDefault(*this, p, "a display notation (Automatic, Fixed or Scientific)",
+                        "Automatic");
+        }
     } else if (n == "DisplayPrecision") {
         m_precision = propertyInt(*this, p);
         if (m_precision < 0)

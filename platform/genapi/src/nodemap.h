@@ -55,6 +55,10 @@ public:
 
     std::string vendorName, modelName, toolTip, standardNameSpace;
     std::string schemaVersion;
+    // While loading: whether a recoverable schema violation refuses the
+    // description (strict) or is recorded in loadWarnings.
+    bool strictLoading = false;
+    std::vector<std::string> loadWarnings;
 
     // --- locking ---
     // Holds the node map's lock; when the outermost guard ends, the lock is

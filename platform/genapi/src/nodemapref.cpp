@@ -35,6 +35,7 @@ CNodeMapRef::CNodeMapRef(const CNodeMapRef &other)
     : _Ptr(other._Ptr)
     , m_map(other.m_map)
     , m_deviceName(other.m_deviceName)
+    , m_strict(other.m_strict)
 {
 }
 
@@ -43,6 +44,7 @@ CNodeMapRef &CNodeMapRef::operator=(const CNodeMapRef &other)
     m_map = other.m_map;
     _Ptr = other._Ptr;
     m_deviceName = other.m_deviceName;
+    m_strict = other.m_strict;
     return *this;
 }
 
@@ -74,14 +76,14 @@ void CNodeMapRef::_LoadXMLFromFile(const gcstring &FileName)
     std::string content = readFile(FileName);
     if (impl::looksLikeZip(content))
         content = impl::extractDescriptionFromZip(content.data(), content.size());
-    Adopt(impl::loadDescription(std::move(content), m_deviceName.str()));
+    Adopt(impl::loadDescription(std::move(content), m_deviceName.str(), m_strict));
 }
 
 void CNodeMapRef::_LoadXMLFromString(const gcstring &XMLData)
 {
     if (_Ptr)
         throw LOGICAL_ERROR_EXCEPTION("CNodeMapRef: a description is already loaded");
-    Adopt(impl::loadDescription(XMLData.str(), m_deviceName.str()));
+    Adopt(impl::loadDescription(XMLData.str(), m_deviceName.str(), m_strict));
 }
 
 void CNodeMapRef::_LoadXMLFromZIPFile(const gcstring &ZipFileName)
@@ -95,7 +97,16 @@ void CNodeMapRef::_LoadXMLFromZIPData(const void *zipData, size_t zipSize)
     if (_Ptr)
         throw LOGICAL_ERROR_EXCEPTION("CNodeMapRef: a description is already loaded");
     Adopt(impl::loadDescription(impl::extractDescriptionFromZip(zipData, zipSize),
-                                m_deviceName.str()));
+                                m_deviceName.str(), m_strict));
+}
+
+gcstring_vector CNodeMapRef::_GetLoadWarnings() const
+{
+    gcstring_vector warnings;
+    if (const auto *map = dynamic_cast<const impl::NodeMap *>(_Ptr))
+        for (const std::string &warning : map->loadWarnings)
+            warnings.push_back(gcstring(warning));
+    return warnings;
 }
 
 gcstring CNodeMapRef::_GetDeviceName() const

@@ -954,8 +954,12 @@ int64_t registerAddress(Node &node, RegisterCore &core);
                                    const char *expected);
 int64_t propertyInt(const Node &node, const Property &property);
 double propertyDouble(const Node &node, const Property &property);
+// Yes/No and enumerated properties may be recoverable violations (see
+// loader.h): reported and replaced by their default unless loading is strict.
+void keepDefault(const Node &node, const Property &property, const char *expected,
+                 const char *fallback);
 bool propertyYesNo(const Node &node, const Property &property);
-EAccessMode propertyAccessMode(const Node &node, const Property &property);
+EAccessMode propertyAccessMode(const Node &node, const Property &property, EAccessMode fallback);
 Ref propertyRef(const Property &property);
 
 } // namespace impl

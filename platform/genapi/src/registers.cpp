@@ -78,19 +78,22 @@ bool RegisterCore::applyProperty(const Property &p)
     } else if (n == "pLength")
         m_pLength = propertyRef(p);
     else if (n == "AccessMode")
-        m_accessMode = propertyAccessMode(m_owner, p);
+        m_accessMode = propertyAccessMode(m_owner, p, RO);
     else if (n == "pPort")
         m_pPort = propertyRef(p);
     else if (n == "Cachable") {
-        if (!ECachingModeClass::FromString(gcstring(std::string(p.text)), &m_caching))
-            throwBadProperty(m_owner, p, "a caching mode (NoCache, WriteThrough or WriteAround)");
+        if (!ECachingModeClass::FromString(gcstring(std::string(p.text)), &m_caching)) {
+            m_caching = WriteThrough;
+            keepDefault(m_owner, p, "a caching mode (NoCache, WriteThrough or WriteAround)",
+                        "WriteThrough");
+        }
     } else if (n == "Endianess") {
         if (equalsIgnoreCase(p.text, "BigEndian"))
             m_endianess = BigEndian;
         else if (equalsIgnoreCase(p.text, "LittleEndian"))
             m_endianess = LittleEndian;
         else
-            throwBadProperty(m_owner, p, "BigEndian or LittleEndian");
+            keepDefault(m_owner, p, "BigEndian or LittleEndian", "LittleEndian");
     } else
         return false;
     return true;
@@ -287,7 +290,7 @@ bool IntReg::applyProperty(const Property &p)
         else if (equalsIgnoreCase(p.text, "Unsigned"))
             m_signed = false;
         else
-            throwBadProperty(*this, p, "Signed or Unsigned");
+            keepDefault(*this, p, "Signed or Unsigned", "Unsigned");
     } else if (n == "LSB")
         m_lsb = static_cast<int>(propertyInt(*this, p));
     else if (n == "MSB")

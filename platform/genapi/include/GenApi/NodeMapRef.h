@@ -4,7 +4,9 @@
 // _Destroy()). Loading throws RuntimeException for malformed XML (with the
 // line), PropertyException for a malformed property or a missing referenced
 // node, and LogicalErrorException when the reference already holds a node
-// map. The loader accepts plain and zipped descriptions, schema 1.0 and 1.1,
+// map. Small schema violations that real cameras ship (an empty or unknown
+// value of a Yes/No or enumerated property) load with the property's default
+// and a warning (_GetLoadWarnings) unless strict loading is asked for. The loader accepts plain and zipped descriptions, schema 1.0 and 1.1,
 // with or without a byte-order mark, and skips a stray text line that some
 // tools write before the XML.
 #ifndef GENAPI_NODEMAPREF_H
@@ -34,6 +36,15 @@ public:
     void _LoadXMLFromZIPFile(const gcstring &ZipFileName);
     void _LoadXMLFromZIPData(const void *zipData, size_t zipSize);
 
+    // Strict loading refuses a description with any schema violation, as a
+    // validator would; by default (false) the recoverable ones are warnings.
+    // Takes effect for the next load.
+    void _SetStrictLoading(bool strict) { m_strict = strict; }
+    // One line per recoverable violation the load met ("line 12: node 'Gain':
+    // <Streamable> '' is not Yes or No; the default No is used"), in document
+    // order; empty before loading.
+    gcstring_vector _GetLoadWarnings() const;
+
     gcstring _GetDeviceName() const;
     // VendorName and ModelName of the description's root element.
     gcstring _GetVendorName() const;
@@ -59,6 +70,7 @@ private:
 
     std::shared_ptr<INodeMap> m_map;
     gcstring m_deviceName;
+    bool m_strict = false;
 };
 
 } // namespace GenApi_3_0
