@@ -166,8 +166,7 @@ bool Node::applyProperty(const Property &p)
         if (EVisibilityClass::FromString(gcstring(std::string(p.text)), &v))
             m_visibility = v;
         else
-            keepDefault(*this, p, "a visibility (Beginner, Expert, Guru or Invisible)",
-                        "Beginner");
+            keepDefault(*this, p, "a visibility (Beginner, Expert, Guru or Invisible)", "Beginner");
     } else if (n == "EventID")
         m_eventID = std::string(p.text);
     else if (n == "ImposedAccessMode")

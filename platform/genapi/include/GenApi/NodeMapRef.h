@@ -6,7 +6,9 @@
 // node, and LogicalErrorException when the reference already holds a node
 // map. Small schema violations that real cameras ship (an empty or unknown
 // value of a Yes/No or enumerated property) load with the property's default
-// and a warning (_GetLoadWarnings) unless strict loading is asked for. The loader accepts plain and zipped descriptions, schema 1.0 and 1.1,
+// and a warning (_GetLoadWarnings) unless strict loading is asked for.
+//
+// The loader accepts plain and zipped descriptions, schema 1.0 and 1.1,
 // with or without a byte-order mark, and skips a stray text line that some
 // tools write before the XML.
 #ifndef GENAPI_NODEMAPREF_H
