@@ -89,7 +89,7 @@ void tst_GenApiFormula::integerFormulas_data()
         { "0xFFFFFFFFFFFFFFFF", -1 },
         { "A * B", -18 },
         { "TWICE_A + 1", 13 },
-        { "C * 2", 4 }, // constants truncate toward the integer in integer formulas
+        { "C * 2", 5 }, // a constant with a fraction makes the formula a float one
         { "9223372036854775807 + 1", std::numeric_limits<qint64>::min() },
         { "TRUNC(7 / 2)", 3 },
         { "3 - 2 - 1", 0 },
@@ -254,6 +254,8 @@ void tst_GenApiFormula::floatInIntegerFormulas_data()
         { "ROUND(A / 4, 1) * 10", 15 }, // with digits: 6 / 4 = 1.5 in double
         { "7.5 / 2", 4 }, // the whole formula in double: 3.75
         { "1e30 > A", 1 },
+        { "C + A", 9 }, // the constant C = 2.5: 8.5
+        { "A / 4 + C * 0", 2 }, // C makes the whole formula a float one: 1.5
         { "ATAN(1) * 4 * 1000", 3142 },
         // Integral literals keep integer arithmetic and its division.
         { "2.0 * A", 12 },

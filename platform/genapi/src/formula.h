@@ -4,15 +4,18 @@
 // Integer formulas (IntSwissKnife, IntConverter) evaluate in wrapping 64-bit
 // integer arithmetic ('/' truncates toward zero) as long as everything in
 // them is integral. A formula that needs floating point to mean what it says
-// (a literal with a fractional part or beyond the int64 range, PI or E, one
-// of ATAN, COS, SIN, TAN, ASIN, ACOS, EXP, LN, LG, SQRT, or ROUND with a
-// number of digits) is evaluated in double as a whole, '/' included, and its
+// (a literal or a <Constant> with a fractional part or beyond the int64
+// range, PI or E, one of ATAN, COS, SIN, TAN, ASIN, ACOS, EXP, LN, LG, SQRT,
+// or ROUND with a number of digits, or an <Expression> that has any of
+// these) is evaluated in double as a whole, '/' included, and its
 // result converted once: to the nearest integer, halfway cases away from
 // zero, saturated to the int64 range; a result that is not a number is an
 // error. Rounding rather than truncation is the rule because a decimal
 // factor such as 0.29 is not exact in binary: 0.29 * 100 is 28.999...96,
 // which must read as 29. The GenICam standard leaves this open; the rule
-// is the one this interpreter uses wherever a float becomes an integer.
+// is the one this interpreter uses wherever a float becomes an integer: an
+// integer read of a float node, an integer whose value comes from one, and a
+// float variable in an integer formula all round the same way.
 // Which formulas need floating point is decided at parse time (needsFloat),
 // so an integral formula never pays for it and never loses the exactness of
 // 64-bit values.

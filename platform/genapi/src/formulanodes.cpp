@@ -67,14 +67,18 @@ Formula FormulaScope::parse(Node &owner, const std::string &text, uint32_t line,
         for (Variable &v : m_variables)
             if (v.isExpression && v.expression.isEmpty())
                 v.expression = Formula::parse(v.expressionText, names);
-        // An expression that needs floating point makes every formula that
-        // uses it need it too, through any chain of expressions: repeat until
-        // nothing changes (at most once per variable).
+        // A constant with a fraction is a literal by name, and an expression
+        // that needs floating point passes the need on: every formula that
+        // uses either needs it too, through any chain of expressions (repeat
+        // until nothing changes, at most once per variable).
         auto usesFloatExpression = [this](const Formula &formula) {
             for (int32_t index : formula.variablesUsed()) {
                 const size_t i = static_cast<size_t>(index);
-                if (i >= m_specialCount && m_variables[i - m_specialCount].isExpression
-                    && m_variables[i - m_specialCount].expression.needsFloat())
+                if (i < m_specialCount)
+                    continue;
+                const Variable &v = m_variables[i - m_specialCount];
+                if ((v.isExpression && v.expression.needsFloat())
+                    || (v.isConstant && v.constant != std::trunc(v.constant)))
                     return true;
             }
             return false;
@@ -103,8 +107,8 @@ int64_t FormulaScope::intVariable(int index)
     if (i < m_specialCount)
         return m_specialInt;
     Variable &v = m_variables[i - m_specialCount];
-    if (v.isConstant) // truncated, as C converts a double to an integer
-        return saturatingRound(std::trunc(v.constant));
+    if (v.isConstant) // integral here: one with a fraction makes the formula a float one
+        return saturatingRound(v.constant);
     if (v.isExpression) {
         if (++m_expressionDepth > MaxExpressionDepth) {
             m_expressionDepth = 0;
