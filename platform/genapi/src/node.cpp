@@ -86,34 +86,6 @@ Ref propertyRef(const Property &property)
     return ref;
 }
 
-template <class T> T propertyValue(const Node &node, const Property &property);
-template <> int64_t propertyValue<int64_t>(const Node &node, const Property &property)
-{
-    return propertyInt(node, property);
-}
-template <> double propertyValue<double>(const Node &node, const Property &property)
-{
-    return propertyDouble(node, property);
-}
-
-template <class T> T readNode(Node *node, bool ignoreCache);
-template <> int64_t readNode<int64_t>(Node *node, bool ignoreCache)
-{
-    return node->getInt(ignoreCache);
-}
-template <> double readNode<double>(Node *node, bool ignoreCache)
-{
-    return node->getFloat(ignoreCache);
-}
-void writeNode(Node *node, int64_t value)
-{
-    node->putInt(value);
-}
-void writeNode(Node *node, double value)
-{
-    node->putFloat(value);
-}
-
 // ---------------------------------------------------------------------------
 // Node
 

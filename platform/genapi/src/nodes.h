@@ -15,10 +15,13 @@
 
 #include <pugixml.hpp>
 
+#include <algorithm>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <optional>
+#include <type_traits>
 #include <vector>
 
 namespace GenApi_3_0 {
@@ -288,29 +291,93 @@ protected:
     void fromText(const std::string &, bool) override;
 };
 
-// Shared implementation of IInteger; subclasses provide the value.
-class IntegerBase : public ValueNode, public IInteger {
+template <class T> struct NumberTraits;
+template <> struct NumberTraits<int64_t> {
+    using Interface = IInteger;
+    using List = int64_autovector_t;
+    static constexpr EInterfaceType type = intfIInteger;
+    static constexpr int64_t lowest = INT64_MIN;
+    static constexpr int64_t highest = INT64_MAX;
+};
+template <> struct NumberTraits<double> {
+    using Interface = IFloat;
+    using List = double_autovector_t;
+    static constexpr EInterfaceType type = intfIFloat;
+    static constexpr double lowest = -1.7976931348623157e308;
+    static constexpr double highest = 1.7976931348623157e308;
+};
+
+// What every integer node and every float node shares (Integer, IntReg,
+// IntSwissKnife, IntConverter; Float, FloatReg, SwissKnife, Converter): the
+// checked SetValue and GetValue, the limits and ImposeMin/ImposeMax, the
+// list of valid values, the unit and the representation. T is int64_t or
+// double; IntegerBase and FloatBase add what differs.
+template <class T> class NumberBase : public ValueNode, public NumberTraits<T>::Interface {
 public:
+    using Interface = typename NumberTraits<T>::Interface;
     using ValueNode::ValueNode;
     bool applyProperty(const Property &property) override;
-    void SetValue(int64_t Value, bool Verify = true) override;
-    IInteger &operator=(int64_t Value) override;
-    int64_t GetValue(bool Verify = false, bool IgnoreCache = false) override;
-    int64_t operator()() override { return GetValue(); }
-    int64_t operator*() override { return GetValue(); }
-    int64_t GetMin() override;
-    int64_t GetMax() override;
-    EIncMode GetIncMode() override;
-    int64_t GetInc() override;
-    int64_autovector_t GetListOfValidValues(bool bounded = true) override;
+    void SetValue(T Value, bool Verify = true) override;
+    Interface &operator=(T Value) override;
+    T GetValue(bool Verify = false, bool IgnoreCache = false) override;
+    T operator()() override { return GetValue(); }
+    T operator*() override { return GetValue(); }
+    T GetMin() override;
+    T GetMax() override;
+    typename NumberTraits<T>::List GetListOfValidValues(bool bounded = true) override;
     ERepresentation GetRepresentation() override;
     gcstring GetUnit() const override;
-    void ImposeMin(int64_t Value) override;
-    void ImposeMax(int64_t Value) override;
-    EInterfaceType GetPrincipalInterfaceType() const override { return intfIInteger; }
+    void ImposeMin(T Value) override;
+    void ImposeMax(T Value) override;
+    EInterfaceType GetPrincipalInterfaceType() const override { return NumberTraits<T>::type; }
 
 protected:
-    void verify(int64_t value);
+    // Throws OutOfRangeException for a value the node does not take.
+    virtual void verify(T value) = 0;
+    // The value and the limits (after ImposeMin/ImposeMax) in T.
+    T readValue(bool ignoreCache);
+    void writeValue(T value);
+    T limitMin();
+    T limitMax();
+    // The limits before ImposeMin/ImposeMax.
+    virtual T rawMin() { return NumberTraits<T>::lowest; }
+    virtual T rawMax() { return NumberTraits<T>::highest; }
+    T imposedMin()
+    {
+        const T raw = rawMin();
+        return m_hasImposedMin ? std::max(raw, m_imposedMin) : raw;
+    }
+    T imposedMax()
+    {
+        const T raw = rawMax();
+        return m_hasImposedMax ? std::min(raw, m_imposedMax) : raw;
+    }
+    virtual std::vector<T> doValidValues() { return {}; }
+    ERepresentation doRepresentation() override;
+    std::string doUnit() override { return m_unit; }
+    // An Integer or Float whose value comes from another node takes that
+    // node's representation and unit unless it has its own.
+    ERepresentation representationOr(Node *pointer);
+    std::string unitOr(Node *pointer);
+
+    std::string m_unit;
+    bool m_hasRepresentation = false;
+    ERepresentation m_representation = PureNumber;
+    bool m_hasImposedMin = false;
+    bool m_hasImposedMax = false;
+    T m_imposedMin = 0;
+    T m_imposedMax = 0;
+};
+
+// Shared implementation of IInteger; subclasses provide the value.
+class IntegerBase : public NumberBase<int64_t> {
+public:
+    using NumberBase::NumberBase;
+    EIncMode GetIncMode() override;
+    int64_t GetInc() override;
+
+protected:
+    void verify(int64_t value) override;
     std::string toText(bool verify, bool ignoreCache) override;
     void fromText(const std::string &text, bool verify) override;
     double doGetFloat(bool ignoreCache) override
@@ -319,23 +386,25 @@ protected:
     }
     void doPutFloat(double value) override;
     std::string doGetString(bool ignoreCache) override;
-    ERepresentation doRepresentation() override;
-    std::string doUnit() override { return m_unit; }
-    // The limits before ImposeMin/ImposeMax.
-    virtual int64_t rawMin() { return INT64_MIN; }
-    virtual int64_t rawMax() { return INT64_MAX; }
-    int64_t doIntMin() override;
-    int64_t doIntMax() override;
+    int64_t doIntMin() override { return imposedMin(); }
+    int64_t doIntMax() override { return imposedMax(); }
     virtual EIncMode doIncMode() { return fixedIncrement; }
-    virtual std::vector<int64_t> doValidValues() { return {}; }
+};
 
-    std::string m_unit;
-    bool m_hasRepresentation = false;
-    ERepresentation m_representation = PureNumber;
-    bool m_hasImposedMin = false;
-    bool m_hasImposedMax = false;
-    int64_t m_imposedMin = 0;
-    int64_t m_imposedMax = 0;
+// The Min, Max and Inc (or pMin, pMax and pInc) and the ValidValueSet of an
+// Integer or a Float.
+template <class T> struct NumberLimits {
+    bool applyProperty(Node &owner, const Property &property);
+    void collectRefs(std::vector<Ref *> &reading);
+    // Without Min or pMin: the limit of the node the value comes from (the
+    // pointer, when there is one), else the type's whole range.
+    T min(Node *pointer);
+    T max(Node *pointer);
+
+    bool hasMin = false, hasMax = false, hasInc = false;
+    T minValue = 0, maxValue = 0, incValue = 0;
+    Ref pMin, pMax, pInc;
+    std::vector<T> validValues;
 };
 
 class Integer final : public IntegerBase {
@@ -352,20 +421,17 @@ protected:
     EAccessMode doAccess() override;
     int64_t doGetInt(bool ignoreCache) override;
     void doPutInt(int64_t value) override;
-    int64_t rawMin() override;
-    int64_t rawMax() override;
+    int64_t rawMin() override { return m_limits.min(m_source.pointer()); }
+    int64_t rawMax() override { return m_limits.max(m_source.pointer()); }
     int64_t doIntInc() override;
     EIncMode doIncMode() override;
-    std::vector<int64_t> doValidValues() override { return m_validValues; }
-    ERepresentation doRepresentation() override;
-    std::string doUnit() override;
+    std::vector<int64_t> doValidValues() override { return m_limits.validValues; }
+    ERepresentation doRepresentation() override { return representationOr(m_source.pointer()); }
+    std::string doUnit() override { return unitOr(m_source.pointer()); }
 
 private:
     ValueSource<int64_t> m_source;
-    bool m_hasMin = false, m_hasMax = false, m_hasInc = false;
-    int64_t m_min = INT64_MIN, m_max = INT64_MAX, m_inc = 1;
-    Ref m_pMin, m_pMax, m_pInc;
-    std::vector<int64_t> m_validValues;
+    NumberLimits<int64_t> m_limits;
 };
 
 // Register access shared by IntReg, MaskedIntReg, FloatReg, StringReg and
@@ -466,56 +532,33 @@ private:
 };
 
 // Shared implementation of IFloat.
-class FloatBase : public ValueNode, public IFloat {
+class FloatBase : public NumberBase<double> {
 public:
-    using ValueNode::ValueNode;
+    using NumberBase::NumberBase;
     bool applyProperty(const Property &property) override;
-    void SetValue(double Value, bool Verify = true) override;
-    IFloat &operator=(double Value) override;
-    double GetValue(bool Verify = false, bool IgnoreCache = false) override;
-    double operator()() override { return GetValue(); }
-    double operator*() override { return GetValue(); }
-    double GetMin() override;
-    double GetMax() override;
     bool HasInc() override;
     EIncMode GetIncMode() override;
     double GetInc() override;
-    double_autovector_t GetListOfValidValues(bool bounded = true) override;
-    ERepresentation GetRepresentation() override;
-    gcstring GetUnit() const override;
     EDisplayNotation GetDisplayNotation() const override { return m_notation; }
     int64_t GetDisplayPrecision() const override { return m_precision; }
     INode *GetIntAlias() override { return nullptr; }
-    void ImposeMin(double Value) override;
-    void ImposeMax(double Value) override;
-    EInterfaceType GetPrincipalInterfaceType() const override { return intfIFloat; }
 
 protected:
-    void verify(double value);
+    void verify(double value) override;
     std::string toText(bool verify, bool ignoreCache) override;
     void fromText(const std::string &text, bool verify) override;
     int64_t doGetInt(bool ignoreCache) override;
     void doPutInt(int64_t value) override { doPutFloat(static_cast<double>(value)); }
     std::string doGetString(bool ignoreCache) override;
-    ERepresentation doRepresentation() override;
-    std::string doUnit() override { return m_unit; }
-    virtual double rawMin() { return -1.7976931348623157e308; }
-    virtual double rawMax() { return 1.7976931348623157e308; }
-    double doFloatMin() override;
-    double doFloatMax() override;
+    double doFloatMin() override { return imposedMin(); }
+    double doFloatMax() override { return imposedMax(); }
     int64_t doIntMin() override;
     int64_t doIntMax() override;
     virtual bool doHasInc() { return false; }
     virtual double doFloatInc() { return 0; }
-    virtual std::vector<double> doValidValues() { return {}; }
 
-    std::string m_unit;
-    bool m_hasRepresentation = false;
-    ERepresentation m_representation = PureNumber;
     EDisplayNotation m_notation = fnAutomatic;
     int64_t m_precision = 6;
-    bool m_hasImposedMin = false, m_hasImposedMax = false;
-    double m_imposedMin = 0, m_imposedMax = 0;
 };
 
 class Float final : public FloatBase {
@@ -531,20 +574,17 @@ protected:
     EAccessMode doAccess() override;
     double doGetFloat(bool ignoreCache) override;
     void doPutFloat(double value) override;
-    double rawMin() override;
-    double rawMax() override;
+    double rawMin() override { return m_limits.min(m_source.pointer()); }
+    double rawMax() override { return m_limits.max(m_source.pointer()); }
     bool doHasInc() override;
     double doFloatInc() override;
-    std::vector<double> doValidValues() override { return m_validValues; }
-    ERepresentation doRepresentation() override;
-    std::string doUnit() override;
+    std::vector<double> doValidValues() override { return m_limits.validValues; }
+    ERepresentation doRepresentation() override { return representationOr(m_source.pointer()); }
+    std::string doUnit() override { return unitOr(m_source.pointer()); }
 
 private:
     ValueSource<double> m_source;
-    bool m_hasMin = false, m_hasMax = false, m_hasInc = false;
-    double m_min = 0, m_max = 0, m_inc = 0;
-    Ref m_pMin, m_pMax, m_pInc;
-    std::vector<double> m_validValues;
+    NumberLimits<double> m_limits;
 };
 
 class FloatReg final : public FloatBase, public IRegister {
@@ -960,6 +1000,31 @@ void keepDefault(const Node &node, const Property &property, const char *expecte
                  const char *fallback);
 bool propertyYesNo(const Node &node, const Property &property);
 EAccessMode propertyAccessMode(const Node &node, const Property &property, EAccessMode fallback);
+
+// The typed forms of the helpers above, for code that integer and float
+// nodes share.
+template <class T> T propertyValue(const Node &node, const Property &property)
+{
+    if constexpr (std::is_same_v<T, int64_t>)
+        return propertyInt(node, property);
+    else
+        return propertyDouble(node, property);
+}
+template <class T> T readNode(Node *node, bool ignoreCache)
+{
+    if constexpr (std::is_same_v<T, int64_t>)
+        return node->getInt(ignoreCache);
+    else
+        return node->getFloat(ignoreCache);
+}
+inline void writeNode(Node *node, int64_t value)
+{
+    node->putInt(value);
+}
+inline void writeNode(Node *node, double value)
+{
+    node->putFloat(value);
+}
 Ref propertyRef(const Property &property);
 
 } // namespace impl

@@ -8,14 +8,16 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
+#include <type_traits>
 
 namespace GenApi_3_0 {
 namespace impl {
 
 // ---------------------------------------------------------------------------
-// IntegerBase
+// NumberBase
 
-bool IntegerBase::applyProperty(const Property &p)
+template <class T> bool NumberBase<T>::applyProperty(const Property &p)
 {
     if (p.name == "Unit") {
         m_unit = std::string(p.text);
@@ -31,22 +33,143 @@ bool IntegerBase::applyProperty(const Property &p)
     return ValueNode::applyProperty(p);
 }
 
-ERepresentation IntegerBase::doRepresentation()
+template <class T> T NumberBase<T>::readValue(bool ignoreCache)
+{
+    if constexpr (std::is_same_v<T, int64_t>)
+        return getInt(ignoreCache);
+    else
+        return getFloat(ignoreCache);
+}
+
+template <class T> void NumberBase<T>::writeValue(T value)
+{
+    if constexpr (std::is_same_v<T, int64_t>)
+        putInt(value);
+    else
+        putFloat(value);
+}
+
+template <class T> T NumberBase<T>::limitMin()
+{
+    if constexpr (std::is_same_v<T, int64_t>)
+        return intMin();
+    else
+        return floatMin();
+}
+
+template <class T> T NumberBase<T>::limitMax()
+{
+    if constexpr (std::is_same_v<T, int64_t>)
+        return intMax();
+    else
+        return floatMax();
+}
+
+template <class T> ERepresentation NumberBase<T>::doRepresentation()
 {
     return m_hasRepresentation ? m_representation : PureNumber;
 }
 
-int64_t IntegerBase::doIntMin()
+template <class T> ERepresentation NumberBase<T>::representationOr(Node *pointer)
 {
-    const int64_t raw = rawMin();
-    return m_hasImposedMin ? std::max(raw, m_imposedMin) : raw;
+    if (!m_hasRepresentation && pointer)
+        return pointer->representation();
+    return NumberBase::doRepresentation();
 }
 
-int64_t IntegerBase::doIntMax()
+template <class T> std::string NumberBase<T>::unitOr(Node *pointer)
 {
-    const int64_t raw = rawMax();
-    return m_hasImposedMax ? std::min(raw, m_imposedMax) : raw;
+    if (m_unit.empty() && pointer)
+        return pointer->unit();
+    return m_unit;
 }
+
+template <class T> void NumberBase<T>::SetValue(T Value, bool Verify)
+{
+    NodeMap::Guard guard(m_map);
+    NodeMap::WriteScope scope(m_map, this);
+    requireWritable();
+    if (Verify)
+        verify(Value);
+    writeValue(Value);
+}
+
+template <class T> typename NumberBase<T>::Interface &NumberBase<T>::operator=(T Value)
+{
+    SetValue(Value);
+    return *this;
+}
+
+template <class T> T NumberBase<T>::GetValue(bool Verify, bool IgnoreCache)
+{
+    NodeMap::Guard guard(m_map);
+    requireReadable();
+    const T value = readValue(IgnoreCache);
+    if (Verify)
+        verify(value);
+    return value;
+}
+
+template <class T> T NumberBase<T>::GetMin()
+{
+    NodeMap::Guard guard(m_map);
+    return limitMin();
+}
+
+template <class T> T NumberBase<T>::GetMax()
+{
+    NodeMap::Guard guard(m_map);
+    return limitMax();
+}
+
+template <class T> typename NumberTraits<T>::List NumberBase<T>::GetListOfValidValues(bool bounded)
+{
+    NodeMap::Guard guard(m_map);
+    typename NumberTraits<T>::List result;
+    const std::vector<T> valid = doValidValues();
+    if (valid.empty())
+        return result;
+    const T low = bounded ? limitMin() : NumberTraits<T>::lowest;
+    const T high = bounded ? limitMax() : NumberTraits<T>::highest;
+    for (T v : valid)
+        if (v >= low && v <= high)
+            result.push_back(v);
+    return result;
+}
+
+template <class T> ERepresentation NumberBase<T>::GetRepresentation()
+{
+    NodeMap::Guard guard(m_map);
+    return representation();
+}
+
+template <class T> gcstring NumberBase<T>::GetUnit() const
+{
+    NodeMap::Guard guard(m_map);
+    return const_cast<NumberBase *>(this)->unit();
+}
+
+template <class T> void NumberBase<T>::ImposeMin(T Value)
+{
+    NodeMap::Guard guard(m_map);
+    m_imposedMin = Value;
+    m_hasImposedMin = true;
+    m_map.notifyChanged({ this }, {});
+}
+
+template <class T> void NumberBase<T>::ImposeMax(T Value)
+{
+    NodeMap::Guard guard(m_map);
+    m_imposedMax = Value;
+    m_hasImposedMax = true;
+    m_map.notifyChanged({ this }, {});
+}
+
+template class NumberBase<int64_t>;
+template class NumberBase<double>;
+
+// ---------------------------------------------------------------------------
+// IntegerBase
 
 void IntegerBase::verify(int64_t value)
 {
@@ -72,93 +195,16 @@ void IntegerBase::verify(int64_t value)
     }
 }
 
-void IntegerBase::SetValue(int64_t Value, bool Verify)
-{
-    NodeMap::Guard guard(m_map);
-    NodeMap::WriteScope scope(m_map, this);
-    requireWritable();
-    if (Verify)
-        verify(Value);
-    putInt(Value);
-}
-
-IInteger &IntegerBase::operator=(int64_t Value)
-{
-    SetValue(Value);
-    return *this;
-}
-
-int64_t IntegerBase::GetValue(bool Verify, bool IgnoreCache)
-{
-    NodeMap::Guard guard(m_map);
-    requireReadable();
-    const int64_t value = getInt(IgnoreCache);
-    if (Verify)
-        verify(value);
-    return value;
-}
-
-int64_t IntegerBase::GetMin()
-{
-    NodeMap::Guard guard(m_map);
-    return intMin();
-}
-int64_t IntegerBase::GetMax()
-{
-    NodeMap::Guard guard(m_map);
-    return intMax();
-}
 EIncMode IntegerBase::GetIncMode()
 {
     NodeMap::Guard guard(m_map);
     return doIncMode();
 }
+
 int64_t IntegerBase::GetInc()
 {
     NodeMap::Guard guard(m_map);
     return doIncMode() == fixedIncrement ? intInc() : 1;
-}
-
-int64_autovector_t IntegerBase::GetListOfValidValues(bool bounded)
-{
-    NodeMap::Guard guard(m_map);
-    int64_autovector_t result;
-    if (doIncMode() != listIncrement)
-        return result;
-    const int64_t low = bounded ? intMin() : INT64_MIN;
-    const int64_t high = bounded ? intMax() : INT64_MAX;
-    for (int64_t v : doValidValues())
-        if (v >= low && v <= high)
-            result.push_back(v);
-    return result;
-}
-
-ERepresentation IntegerBase::GetRepresentation()
-{
-    NodeMap::Guard guard(m_map);
-    return representation();
-}
-
-gcstring IntegerBase::GetUnit() const
-{
-    NodeMap::Guard guard(m_map);
-    return const_cast<IntegerBase *>(this)->unit();
-}
-
-void IntegerBase::ImposeMin(int64_t Value)
-{
-    NodeMap::Guard guard(m_map);
-    m_imposedMin = Value;
-    m_hasImposedMin = true;
-    m_map.notifyChanged({ this }, {});
-}
-
-void IntegerBase::ImposeMax(int64_t Value)
-{
-    NodeMap::Guard guard(m_map);
-    m_imposedMax = Value;
-    m_hasImposedMax = true;
-    m_map.notifyChanged({ this }, {});
 }
 
 std::string IntegerBase::toText(bool verifyValue, bool ignoreCache)
@@ -203,60 +249,113 @@ void IntegerBase::doPutFloat(double value)
 }
 
 // ---------------------------------------------------------------------------
-// Integer
+// NumberLimits
 
-bool Integer::applyProperty(const Property &p)
+template <class T> bool NumberLimits<T>::applyProperty(Node &owner, const Property &p)
 {
-    if (m_source.applyProperty(*this, p))
-        return true;
     const std::string_view n = p.name;
     if (n == "Min") {
-        m_min = propertyInt(*this, p);
-        m_hasMin = true;
+        minValue = propertyValue<T>(owner, p);
+        hasMin = true;
     } else if (n == "Max") {
-        m_max = propertyInt(*this, p);
-        m_hasMax = true;
+        maxValue = propertyValue<T>(owner, p);
+        hasMax = true;
     } else if (n == "Inc") {
-        m_inc = propertyInt(*this, p);
-        m_hasInc = true;
+        incValue = propertyValue<T>(owner, p);
+        hasInc = true;
     } else if (n == "pMin")
-        m_pMin = propertyRef(p);
+        pMin = propertyRef(p);
     else if (n == "pMax")
-        m_pMax = propertyRef(p);
+        pMax = propertyRef(p);
     else if (n == "pInc")
-        m_pInc = propertyRef(p);
+        pInc = propertyRef(p);
     else if (n == "ValidValueSet") {
         std::string_view rest = p.text;
         while (!rest.empty()) {
             const size_t sep = rest.find(';');
             const std::string_view item = trim(rest.substr(0, sep));
             if (!item.empty()) {
-                auto v = parseInt(item);
+                std::optional<T> v;
+                if constexpr (std::is_same_v<T, int64_t>)
+                    v = parseInt(item);
+                else
+                    v = parseDouble(item);
                 if (!v)
-                    throwBadProperty(*this, p, "a list of integers separated by ';'");
-                m_validValues.push_back(*v);
+                    throwBadProperty(owner, p,
+                                     std::is_same_v<T, int64_t>
+                                         ? "a list of integers separated by ';'"
+                                         : "a list of numbers separated by ';'");
+                validValues.push_back(*v);
             }
             rest = sep == std::string_view::npos ? std::string_view() : rest.substr(sep + 1);
         }
     } else
-        return IntegerBase::applyProperty(p);
+        return false;
     return true;
+}
+
+template <class T> void NumberLimits<T>::collectRefs(std::vector<Ref *> &reading)
+{
+    reading.push_back(&pMin);
+    reading.push_back(&pMax);
+    reading.push_back(&pInc);
+}
+
+template <class T> T NumberLimits<T>::min(Node *pointer)
+{
+    if (pMin.node)
+        return readNode<T>(pMin.node, false);
+    if (hasMin)
+        return minValue;
+    if (pointer) {
+        if constexpr (std::is_same_v<T, int64_t>)
+            return pointer->intMin();
+        else
+            return pointer->floatMin();
+    }
+    return NumberTraits<T>::lowest;
+}
+
+template <class T> T NumberLimits<T>::max(Node *pointer)
+{
+    if (pMax.node)
+        return readNode<T>(pMax.node, false);
+    if (hasMax)
+        return maxValue;
+    if (pointer) {
+        if constexpr (std::is_same_v<T, int64_t>)
+            return pointer->intMax();
+        else
+            return pointer->floatMax();
+    }
+    return NumberTraits<T>::highest;
+}
+
+template struct NumberLimits<int64_t>;
+template struct NumberLimits<double>;
+
+// ---------------------------------------------------------------------------
+// Integer
+
+bool Integer::applyProperty(const Property &p)
+{
+    if (m_source.applyProperty(*this, p) || m_limits.applyProperty(*this, p))
+        return true;
+    return IntegerBase::applyProperty(p);
 }
 
 void Integer::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other)
 {
     IntegerBase::collectRefs(reading, other);
     m_source.collectRefs(reading);
-    reading.push_back(&m_pMin);
-    reading.push_back(&m_pMax);
-    reading.push_back(&m_pInc);
+    m_limits.collectRefs(reading);
 }
 
 void Integer::finishLoad()
 {
-    if (m_hasInc && m_inc <= 0)
+    if (m_limits.hasInc && m_limits.incValue <= 0)
         throw PROPERTY_EXCEPTION("line %u: node '%s': the increment %lld must be positive", m_line,
-                                 m_name.c_str(), static_cast<long long>(m_inc));
+                                 m_name.c_str(), static_cast<long long>(m_limits.incValue));
 }
 
 EAccessMode Integer::doAccess()
@@ -272,35 +371,13 @@ void Integer::doPutInt(int64_t value)
     m_source.write(*this, value);
 }
 
-int64_t Integer::rawMin()
-{
-    if (m_pMin.node)
-        return m_pMin.node->getInt(false);
-    if (m_hasMin)
-        return m_min;
-    if (m_source.pointer())
-        return m_source.pointer()->intMin();
-    return INT64_MIN;
-}
-
-int64_t Integer::rawMax()
-{
-    if (m_pMax.node)
-        return m_pMax.node->getInt(false);
-    if (m_hasMax)
-        return m_max;
-    if (m_source.pointer())
-        return m_source.pointer()->intMax();
-    return INT64_MAX;
-}
-
 int64_t Integer::doIntInc()
 {
     int64_t inc = 1;
-    if (m_pInc.node)
-        inc = m_pInc.node->getInt(false);
-    else if (m_hasInc)
-        inc = m_inc;
+    if (m_limits.pInc.node)
+        inc = m_limits.pInc.node->getInt(false);
+    else if (m_limits.hasInc)
+        inc = m_limits.incValue;
     else if (m_source.pointer())
         inc = m_source.pointer()->intInc();
     if (inc <= 0)
@@ -310,23 +387,7 @@ int64_t Integer::doIntInc()
 
 EIncMode Integer::doIncMode()
 {
-    return m_validValues.empty() ? fixedIncrement : listIncrement;
-}
-
-ERepresentation Integer::doRepresentation()
-{
-    if (m_hasRepresentation)
-        return m_representation;
-    if (m_source.pointer())
-        return m_source.pointer()->representation();
-    return PureNumber;
-}
-
-std::string Integer::doUnit()
-{
-    if (m_unit.empty() && m_source.pointer())
-        return m_source.pointer()->unit();
-    return m_unit;
+    return m_limits.validValues.empty() ? fixedIncrement : listIncrement;
 }
 
 // ---------------------------------------------------------------------------
@@ -335,14 +396,7 @@ std::string Integer::doUnit()
 bool FloatBase::applyProperty(const Property &p)
 {
     const std::string_view n = p.name;
-    if (n == "Unit")
-        m_unit = std::string(p.text);
-    else if (n == "Representation") {
-        if (ERepresentationClass::FromString(gcstring(std::string(p.text)), &m_representation))
-            m_hasRepresentation = true;
-        else
-            keepDefault(*this, p, "a representation", "of the node type");
-    } else if (n == "DisplayNotation") {
+    if (n == "DisplayNotation") {
         if (!EDisplayNotationClass::FromString(gcstring(std::string(p.text)), &m_notation)) {
             m_notation = fnAutomatic;
             keepDefault(*this, p, "a display notation (Automatic, Fixed or Scientific)",
@@ -353,25 +407,8 @@ bool FloatBase::applyProperty(const Property &p)
         if (m_precision < 0)
             throwBadProperty(*this, p, "a precision of zero or more digits");
     } else
-        return ValueNode::applyProperty(p);
+        return NumberBase::applyProperty(p);
     return true;
-}
-
-ERepresentation FloatBase::doRepresentation()
-{
-    return m_hasRepresentation ? m_representation : PureNumber;
-}
-
-double FloatBase::doFloatMin()
-{
-    const double raw = rawMin();
-    return m_hasImposedMin ? std::max(raw, m_imposedMin) : raw;
-}
-
-double FloatBase::doFloatMax()
-{
-    const double raw = rawMax();
-    return m_hasImposedMax ? std::min(raw, m_imposedMax) : raw;
 }
 
 int64_t FloatBase::doIntMin()
@@ -418,42 +455,6 @@ void FloatBase::verify(double value)
         throwRange("value " + formatDoubleExact(value) + " is not one of the valid values");
 }
 
-void FloatBase::SetValue(double Value, bool Verify)
-{
-    NodeMap::Guard guard(m_map);
-    NodeMap::WriteScope scope(m_map, this);
-    requireWritable();
-    if (Verify)
-        verify(Value);
-    putFloat(Value);
-}
-
-IFloat &FloatBase::operator=(double Value)
-{
-    SetValue(Value);
-    return *this;
-}
-
-double FloatBase::GetValue(bool Verify, bool IgnoreCache)
-{
-    NodeMap::Guard guard(m_map);
-    requireReadable();
-    const double value = getFloat(IgnoreCache);
-    if (Verify)
-        verify(value);
-    return value;
-}
-
-double FloatBase::GetMin()
-{
-    NodeMap::Guard guard(m_map);
-    return floatMin();
-}
-double FloatBase::GetMax()
-{
-    NodeMap::Guard guard(m_map);
-    return floatMax();
-}
 bool FloatBase::HasInc()
 {
     NodeMap::Guard guard(m_map);
@@ -470,46 +471,6 @@ double FloatBase::GetInc()
 {
     NodeMap::Guard guard(m_map);
     return doHasInc() ? doFloatInc() : 0.0;
-}
-
-double_autovector_t FloatBase::GetListOfValidValues(bool bounded)
-{
-    NodeMap::Guard guard(m_map);
-    double_autovector_t result;
-    const double low = bounded ? floatMin() : -std::numeric_limits<double>::max();
-    const double high = bounded ? floatMax() : std::numeric_limits<double>::max();
-    for (double v : doValidValues())
-        if (v >= low && v <= high)
-            result.push_back(v);
-    return result;
-}
-
-ERepresentation FloatBase::GetRepresentation()
-{
-    NodeMap::Guard guard(m_map);
-    return representation();
-}
-
-gcstring FloatBase::GetUnit() const
-{
-    NodeMap::Guard guard(m_map);
-    return const_cast<FloatBase *>(this)->unit();
-}
-
-void FloatBase::ImposeMin(double Value)
-{
-    NodeMap::Guard guard(m_map);
-    m_imposedMin = Value;
-    m_hasImposedMin = true;
-    m_map.notifyChanged({ this }, {});
-}
-
-void FloatBase::ImposeMax(double Value)
-{
-    NodeMap::Guard guard(m_map);
-    m_imposedMax = Value;
-    m_hasImposedMax = true;
-    m_map.notifyChanged({ this }, {});
 }
 
 std::string FloatBase::toText(bool verifyValue, bool ignoreCache)
@@ -537,49 +498,16 @@ void FloatBase::fromText(const std::string &text, bool verifyValue)
 
 bool Float::applyProperty(const Property &p)
 {
-    if (m_source.applyProperty(*this, p))
+    if (m_source.applyProperty(*this, p) || m_limits.applyProperty(*this, p))
         return true;
-    const std::string_view n = p.name;
-    if (n == "Min") {
-        m_min = propertyDouble(*this, p);
-        m_hasMin = true;
-    } else if (n == "Max") {
-        m_max = propertyDouble(*this, p);
-        m_hasMax = true;
-    } else if (n == "Inc") {
-        m_inc = propertyDouble(*this, p);
-        m_hasInc = true;
-    } else if (n == "pMin")
-        m_pMin = propertyRef(p);
-    else if (n == "pMax")
-        m_pMax = propertyRef(p);
-    else if (n == "pInc")
-        m_pInc = propertyRef(p);
-    else if (n == "ValidValueSet") {
-        std::string_view rest = p.text;
-        while (!rest.empty()) {
-            const size_t sep = rest.find(';');
-            const std::string_view item = trim(rest.substr(0, sep));
-            if (!item.empty()) {
-                auto v = parseDouble(item);
-                if (!v)
-                    throwBadProperty(*this, p, "a list of numbers separated by ';'");
-                m_validValues.push_back(*v);
-            }
-            rest = sep == std::string_view::npos ? std::string_view() : rest.substr(sep + 1);
-        }
-    } else
-        return FloatBase::applyProperty(p);
-    return true;
+    return FloatBase::applyProperty(p);
 }
 
 void Float::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other)
 {
     FloatBase::collectRefs(reading, other);
     m_source.collectRefs(reading);
-    reading.push_back(&m_pMin);
-    reading.push_back(&m_pMax);
-    reading.push_back(&m_pInc);
+    m_limits.collectRefs(reading);
 }
 
 EAccessMode Float::doAccess()
@@ -595,54 +523,16 @@ void Float::doPutFloat(double value)
     m_source.write(*this, value);
 }
 
-double Float::rawMin()
-{
-    if (m_pMin.node)
-        return m_pMin.node->getFloat(false);
-    if (m_hasMin)
-        return m_min;
-    if (m_source.pointer())
-        return m_source.pointer()->floatMin();
-    return -std::numeric_limits<double>::max();
-}
-
-double Float::rawMax()
-{
-    if (m_pMax.node)
-        return m_pMax.node->getFloat(false);
-    if (m_hasMax)
-        return m_max;
-    if (m_source.pointer())
-        return m_source.pointer()->floatMax();
-    return std::numeric_limits<double>::max();
-}
-
 bool Float::doHasInc()
 {
-    return m_pInc.node || m_hasInc;
+    return m_limits.pInc.node || m_limits.hasInc;
 }
 
 double Float::doFloatInc()
 {
-    if (m_pInc.node)
-        return m_pInc.node->getFloat(false);
-    return m_hasInc ? m_inc : 0.0;
-}
-
-ERepresentation Float::doRepresentation()
-{
-    if (m_hasRepresentation)
-        return m_representation;
-    if (m_source.pointer())
-        return m_source.pointer()->representation();
-    return PureNumber;
-}
-
-std::string Float::doUnit()
-{
-    if (m_unit.empty() && m_source.pointer())
-        return m_source.pointer()->unit();
-    return m_unit;
+    if (m_limits.pInc.node)
+        return m_limits.pInc.node->getFloat(false);
+    return m_limits.hasInc ? m_limits.incValue : 0.0;
 }
 
 } // namespace impl
