@@ -28,8 +28,13 @@ class NodeMap;
 // Unknown elements are skipped without a warning, as before: vendors add
 // their own and newer schemas add more. Attributes are not checked.
 // Everything else still refuses the description in either mode: malformed
-// XML, a malformed number, formula or list, a reference to a node that does
-// not exist, a node defined twice, groups nested too deep.
+// XML, a root element other than RegisterDescription, a malformed number,
+// formula or list, a reference to a node that does not exist, a node defined
+// twice, groups nested too deep. Two things load on purpose: a description
+// without a Root category (its nodes are still there by name; a tree of it
+// is empty), and a cycle of references, which cannot always be seen before
+// a value is read (a pIndex may close it): every access to a node on a
+// cycle fails at once with an error that says so.
 std::shared_ptr<NodeMap> loadDescription(std::string xml, const std::string &deviceName,
                                          bool strict = false);
 
