@@ -204,13 +204,21 @@ Node *NodeMap::find(std::string_view name) const
 Node *NodeMap::add(std::unique_ptr<Node> node, bool named)
 {
     Node *raw = node.get();
-    raw->setId(static_cast<uint32_t>(m_nodes.size()));
-    m_nodes.push_back(std::move(node));
     if (named) {
-        m_byName.emplace(raw->name(), raw);
+        if (!m_byName.emplace(raw->name(), raw).second)
+            return nullptr;
         m_named.push_back(raw);
     }
+    raw->setId(static_cast<uint32_t>(m_nodes.size()));
+    m_nodes.push_back(std::move(node));
     return raw;
+}
+
+void NodeMap::reserve(size_t nodes)
+{
+    m_nodes.reserve(nodes);
+    m_byName.reserve(nodes);
+    m_named.reserve(nodes);
 }
 
 void NodeMap::finishLoad()
