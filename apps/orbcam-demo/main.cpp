@@ -434,16 +434,25 @@ int main(int argc, char **argv)
     }
     const QStringList doors = options.positionalArguments();
     const QString door = doors.isEmpty() ? QStringLiteral("tree") : doors.first();
-    if (door == QLatin1String("config"))
-        return config(app, options);
-    if (door == QLatin1String("tree"))
-        return tree(app, options);
-    if (door == QLatin1String("dialog"))
-        return dialog(app, options);
-    if (door == QLatin1String("select"))
-        return select(options);
-    if (door == QLatin1String("widgets"))
-        return widgets(app, options);
+    // Whatever escapes a door ends in one line and exit status 2.
+    try {
+        if (door == QLatin1String("config"))
+            return config(app, options);
+        if (door == QLatin1String("tree"))
+            return tree(app, options);
+        if (door == QLatin1String("dialog"))
+            return dialog(app, options);
+        if (door == QLatin1String("select"))
+            return select(options);
+        if (door == QLatin1String("widgets"))
+            return widgets(app, options);
+    } catch (const GenICam::GenericException &e) {
+        std::fprintf(stderr, "orbcam-demo: %s\n", e.GetDescription());
+        return 2;
+    } catch (const std::exception &e) {
+        std::fprintf(stderr, "orbcam-demo: %s\n", e.what());
+        return 2;
+    }
     std::fprintf(
         stderr,
         "orbcam-demo: unknown door '%s' (available: config, tree, widgets, select, dialog)\n",
