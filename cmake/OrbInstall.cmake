@@ -18,6 +18,8 @@ install(DIRECTORY
     ${PROJECT_SOURCE_DIR}/platform/orbcam/include/
     ${PROJECT_SOURCE_DIR}/include/
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES ${PROJECT_BINARY_DIR}/include/OrbGui/orbguiexport.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/OrbGui)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/platform/orbcam/cameras/
     DESTINATION ${CMAKE_INSTALL_DATADIR}/orbcam/cameras)
 

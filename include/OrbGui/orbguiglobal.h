@@ -3,11 +3,10 @@
 #ifndef ORBGUI_ORBGUIGLOBAL_H
 #define ORBGUI_ORBGUIGLOBAL_H
 
-#include <QtGlobal>
-
-// Every exported symbol of the library is marked with ORBGUI_EXPORT; the
-// library is built with hidden visibility, so nothing else is visible.
-#define ORBGUI_EXPORT Q_DECL_EXPORT
+// Every exported symbol of the library is marked with ORBGUI_EXPORT (from
+// a header the build generates, free of Qt); the library is built with
+// hidden visibility, so nothing else is visible.
+#include <OrbGui/orbguiexport.h>
 
 namespace OrbGui {
 

@@ -10,6 +10,7 @@ if(failed)
 endif()
 foreach(expected
         include/GenApi/GenApi.h include/OrbCam/OrbCam.h include/OrbGui/orbgenparamtreeview.h
+        include/OrbGui/orbguiexport.h
         share/orbcam/cameras/orbsim-c2000.xml lib/cmake/OrbCameraGuiApi/OrbCameraGuiApiConfig.cmake)
     if(NOT EXISTS ${prefix}/${expected})
         message(FATAL_ERROR "not installed: ${expected}")
