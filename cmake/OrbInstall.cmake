@@ -34,3 +34,14 @@ install(FILES
     ${PROJECT_BINARY_DIR}/OrbCameraGuiApiConfig.cmake
     ${PROJECT_BINARY_DIR}/OrbCameraGuiApiConfigVersion.cmake
     DESTINATION ${configDir})
+
+# pkg-config files for builds that do not use CMake. They find their prefix
+# relative to their own folder, so an installed tree can be moved.
+file(RELATIVE_PATH ORB_PC_TO_PREFIX "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
+string(REGEX REPLACE "/$" "" ORB_PC_TO_PREFIX "${ORB_PC_TO_PREFIX}")
+foreach(pc orbgenapi orbcameraapi orbcameraguiapi)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/pkgconfig/${pc}.pc.in
+        ${PROJECT_BINARY_DIR}/pkgconfig/${pc}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/pkgconfig/${pc}.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()

@@ -39,3 +39,34 @@ execute_process(COMMAND ${CMAKE_COMMAND} -E env ${platform}
 if(failed)
     message(FATAL_ERROR "the consumer failed: ${failed}")
 endif()
+
+# Each library on its own through pkg-config, as a build without CMake uses
+# it: compile, link and run one small program per .pc file.
+find_program(PKG_CONFIG pkg-config REQUIRED)
+find_program(CXX NAMES c++ g++ REQUIRED)
+foreach(pc orbgenapi orbcameraapi orbcameraguiapi)
+    if(NOT EXISTS ${prefix}/lib/pkgconfig/${pc}.pc)
+        message(FATAL_ERROR "not installed: lib/pkgconfig/${pc}.pc")
+    endif()
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${prefix}/lib/pkgconfig
+            ${PKG_CONFIG} --cflags --libs ${pc}
+        OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE RESULT_VARIABLE failed)
+    if(failed)
+        message(FATAL_ERROR "pkg-config does not know ${pc}")
+    endif()
+    separate_arguments(flags UNIX_COMMAND "${flags}")
+    separate_arguments(extra UNIX_COMMAND "${CXX_FLAGS}")
+    execute_process(COMMAND ${CXX} -std=c++17 ${extra} ${CMAKE_CURRENT_LIST_DIR}/pkgconfig/${pc}.cpp
+            ${flags} -o ${WORK_DIR}/${pc}-consumer
+        RESULT_VARIABLE failed)
+    if(failed)
+        message(FATAL_ERROR "a program does not build with pkg-config's flags for ${pc}")
+    endif()
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env ${platform}
+            LD_LIBRARY_PATH=${prefix}/lib ORBCAM_CAMERAS_DIR=${prefix}/share/orbcam/cameras
+            ${WORK_DIR}/${pc}-consumer
+        RESULT_VARIABLE failed)
+    if(failed)
+        message(FATAL_ERROR "the ${pc} consumer failed: ${failed}")
+    endif()
+endforeach()
