@@ -14,8 +14,8 @@
 #include <xcb/xcb.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
-#include <memory>
 
 int main(int argc, char **argv)
 {
