@@ -36,8 +36,6 @@ private Q_SLOTS:
     void syntaxErrors_data();
     void syntaxErrors();
     void formulaFollowsItsVariables();
-    void floatInIntegerFormulas_data();
-    void floatInIntegerFormulas();
     void intConverterWithFloatFormula();
     void notANumberIsAnError();
     void converterLimits_data();
@@ -95,6 +93,27 @@ void tst_GenApiFormula::integerFormulas_data()
         { "3 - 2 - 1", 0 },
         { "64 / 4 / 2", 8 },
         { "  A\t+\nB  ", 3 },
+        // A formula that needs floating point is evaluated in double and
+        // rounded once; an integral one keeps integer arithmetic.
+        { "0.5 * A", 3 },
+        { "A * 0.25", 2 }, // 1.5, halfway away from zero
+        { "B * 0.5", -2 }, // -1.5
+        { "0.29 * 100", 29 }, // 28.999999999999996 in double
+        { "COS(PI)", -1 },
+        { "ROUND(10.9)", 11 },
+        { "TRUNC(10.9)", 10 },
+        { "SQRT(A * 6)", 6 },
+        { "LN(E)", 1 },
+        { "ROUND(A / 4, 1) * 10", 15 }, // with digits: 6 / 4 = 1.5 in double
+        { "7.5 / 2", 4 }, // the whole formula in double: 3.75
+        { "1e30 > A", 1 },
+        { "C + A", 9 }, // the constant C = 2.5: 8.5
+        { "A / 4 + C * 0", 2 }, // C makes the whole formula a float one: 1.5
+        { "ATAN(1) * 4 * 1000", 3142 },
+        // Integral literals keep integer arithmetic and its division.
+        { "2.0 * A", 12 },
+        { "7 / 2 + 0.0", 3 },
+        { "(A + 1) / 2", 3 },
     };
     for (const auto &row : rows)
         QTest::newRow(row.formula) << QString::fromUtf8(row.formula) << row.expected;
@@ -230,49 +249,6 @@ void tst_GenApiFormula::formulaFollowsItsVariables()
     QCOMPARE(f->GetValue(), int64_t(57));
     a->SetValue(1);
     QCOMPARE(f->GetValue(), int64_t(7));
-}
-
-// An integer formula that needs floating point is evaluated in double and
-// rounded once; an integral one keeps integer arithmetic. A = 6, B = -3.
-void tst_GenApiFormula::floatInIntegerFormulas_data()
-{
-    QTest::addColumn<QString>("formula");
-    QTest::addColumn<qint64>("expected");
-    const struct {
-        const char *formula;
-        qint64 expected;
-    } rows[] = {
-        { "0.5 * A", 3 },
-        { "A * 0.25", 2 }, // 1.5, halfway away from zero
-        { "B * 0.5", -2 }, // -1.5
-        { "0.29 * 100", 29 }, // 28.999999999999996 in double
-        { "COS(PI)", -1 },
-        { "ROUND(10.9)", 11 },
-        { "TRUNC(10.9)", 10 },
-        { "SQRT(A * 6)", 6 },
-        { "LN(E)", 1 },
-        { "ROUND(A / 4, 1) * 10", 15 }, // with digits: 6 / 4 = 1.5 in double
-        { "7.5 / 2", 4 }, // the whole formula in double: 3.75
-        { "1e30 > A", 1 },
-        { "C + A", 9 }, // the constant C = 2.5: 8.5
-        { "A / 4 + C * 0", 2 }, // C makes the whole formula a float one: 1.5
-        { "ATAN(1) * 4 * 1000", 3142 },
-        // Integral literals keep integer arithmetic and its division.
-        { "2.0 * A", 12 },
-        { "7 / 2 + 0.0", 3 },
-        { "(A + 1) / 2", 3 },
-    };
-    for (const auto &row : rows)
-        QTest::newRow(row.formula) << QString::fromUtf8(row.formula) << row.expected;
-}
-
-void tst_GenApiFormula::floatInIntegerFormulas()
-{
-    QFETCH(QString, formula);
-    QFETCH(qint64, expected);
-    Device device(knife("IntSwissKnife", formula.toStdString()));
-    CIntegerPtr f(device.node("F"));
-    QCOMPARE(f->GetValue(), int64_t(expected));
 }
 
 // An expression that needs floating point carries the need to the formula

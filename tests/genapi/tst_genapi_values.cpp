@@ -324,6 +324,14 @@ void tst_GenApiValues::badIntegerText()
     QCOMPARE(i->GetValue(), int64_t(12));
 }
 
+// A read-write FloatReg "F" at 0x40.
+static std::string floatReg(int length, const QString &endianess)
+{
+    return "<FloatReg Name=\"F\"><Address>0x40</Address><Length>" + std::to_string(length)
+        + "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort><Endianess>"
+        + endianess.toStdString() + "</Endianess></FloatReg>";
+}
+
 void tst_GenApiValues::floatRegisters_data()
 {
     QTest::addColumn<int>("length");
@@ -340,9 +348,7 @@ void tst_GenApiValues::floatRegisters()
     QFETCH(int, length);
     QFETCH(QString, endianess);
     QFETCH(double, value);
-    Device device("<FloatReg Name=\"F\"><Address>0x40</Address><Length>" + std::to_string(length)
-                  + "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort><Endianess>"
-                  + endianess.toStdString() + "</Endianess></FloatReg>");
+    Device device(floatReg(length, endianess));
     CFloatPtr f(device.node("F"));
     f->SetValue(value);
     QCOMPARE(f->GetValue(), value);
@@ -378,9 +384,7 @@ void tst_GenApiValues::floatRegisterRange()
     QFETCH(int, length);
     QFETCH(QString, endianess);
     QFETCH(double, limit);
-    Device device("<FloatReg Name=\"F\"><Address>0x40</Address><Length>" + std::to_string(length)
-                  + "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort><Endianess>"
-                  + endianess.toStdString() + "</Endianess></FloatReg>");
+    Device device(floatReg(length, endianess));
     CFloatPtr f(device.node("F"));
     QCOMPARE(f->GetMax(), limit);
     QCOMPARE(f->GetMin(), -limit);
