@@ -1,12 +1,12 @@
-// The entry points: the shared system, devices, and the simulation control.
-#include "sim.h"
+// The entry points: the shared system and its devices. They reach the
+// system through the Backend seam only (backend.h).
+#include "backend.h"
 
-#include <OrbCam/OrbCamSim.h>
+#include <OrbCam/OrbCam.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <GenApi/GenApi.h>
+
+#include <mutex>
 
 using namespace OrbCamImpl;
 
@@ -14,29 +14,10 @@ namespace {
 
 struct Global {
     std::mutex mutex;
-    std::unique_ptr<SimSystem> system;
+    std::unique_ptr<Backend> system;
     int references = 0;
-    std::string config = defaultConfigJson();
+    std::string setup; // empty: the default set-up
 };
-
-// Apart from the rest: models are loaded while the global lock is held.
-std::mutex g_dirMutex;
-// The models of a source build, unless they are gone (an installed library
-// whose source tree was removed); ORBCAM_CAMERAS_DIR in the environment wins.
-std::string defaultCamerasDir()
-{
-    if (const char *fromEnvironment = std::getenv("ORBCAM_CAMERAS_DIR");
-        fromEnvironment && *fromEnvironment)
-        return fromEnvironment;
-    std::error_code ignored;
-    if (std::filesystem::is_directory(ORBCAM_CAMERAS_DIR, ignored))
-        return ORBCAM_CAMERAS_DIR;
-    return ORBCAM_INSTALLED_CAMERAS_DIR;
-}
-
-// Empty until first asked for: the default is looked up then, not while
-// every program that links the library is starting.
-std::string g_camerasDir;
 
 Global &global()
 {
@@ -46,9 +27,11 @@ Global &global()
 
 } // namespace
 
-SimSystem *OrbCamImpl::runningSystem()
+OrbCamErr OrbCamImpl::withApiLocked(const LockedApiCall &f)
 {
-    return global().system.get();
+    Global &g = global();
+    std::lock_guard<std::mutex> lock(g.mutex);
+    return f(g.system.get(), g.setup);
 }
 
 OrbCam::System *OrbCam_GetSystem(OrbCamErr *err)
@@ -57,7 +40,7 @@ OrbCam::System *OrbCam_GetSystem(OrbCamErr *err)
     std::lock_guard<std::mutex> lock(g.mutex);
     if (!g.system) {
         try {
-            g.system = std::make_unique<SimSystem>(parseConfig(g.config));
+            g.system = createSimBackend(g.setup);
         } catch (const std::exception &) {
             if (err)
                 *err = OrbCamErrWrongConfiguration;
@@ -73,7 +56,7 @@ OrbCam::System *OrbCam_GetSystem(OrbCamErr *err)
 void OrbCam_ReleaseSystem(OrbCam::System *system)
 {
     Global &g = global();
-    std::unique_ptr<SimSystem> last;
+    std::unique_ptr<Backend> last;
     {
         std::lock_guard<std::mutex> lock(g.mutex);
         if (!system || system != g.system.get() || g.references == 0)
@@ -96,26 +79,22 @@ OrbCam::Device *OrbCam_CreateDevice(OrbCam::DeviceInfo *info, uint32_t access, u
     if (!info || flags != 0 || (access != OrbCam::AccessMonitor && access != OrbCam::AccessControl))
         return fail(OrbCamErrInvalidArgument);
     Global &g = global();
-    std::shared_ptr<SimCamera> camera;
-    SimSystem *system = nullptr;
+    Backend *system = nullptr;
+    std::unique_ptr<PendingOpen> pending;
     {
         std::lock_guard<std::mutex> lock(g.mutex);
         system = g.system.get();
-        auto *sim = dynamic_cast<SimCamera *>(info);
-        if (!system || !sim || system->findCamera(sim->GetID()) != sim)
+        if (!system)
             return fail(OrbCamErrInvalidArgument);
-        camera = static_cast<SimInterface *>(sim->GetInterface())->share(sim);
-        if (!camera->reachable())
-            return fail(OrbCamErrNoDevice);
-        // Held for control by another application: monitoring only.
-        const uint32_t status = camera->GetAccessStatus();
-        if (status != OrbCam::AccessReadWrite
-            && !(status == OrbCam::AccessReadOnly && access == OrbCam::AccessMonitor))
-            return fail(OrbCamErrInvalidState);
+        OrbCamErr why = OrbCamOk;
+        pending = system->prepareOpen(info, access, why);
+        if (!pending)
+            return fail(why);
         ++g.references; // an open device keeps the system alive
     }
+    // Reading the camera's description takes a while: not under the lock.
     try {
-        auto *device = new SimDevice(*system, camera, access);
+        OrbCam::Device *device = pending->open();
         if (err)
             *err = OrbCamOk;
         return device;
@@ -127,186 +106,14 @@ OrbCam::Device *OrbCam_CreateDevice(OrbCam::DeviceInfo *info, uint32_t access, u
 
 void OrbCam_ReleaseDevice(OrbCam::Device *device)
 {
-    auto *sim = dynamic_cast<SimDevice *>(device);
-    if (!sim)
+    if (!device)
         return;
-    OrbCam::System *system = &sim->system();
-    delete sim;
-    OrbCam_ReleaseSystem(system);
-}
-
-namespace OrbCamSim {
-
-namespace {
-
-template <class F> OrbCamErr withSystem(F &&f)
-{
-    Global &g = global();
-    std::lock_guard<std::mutex> lock(g.mutex);
-    if (!g.system)
-        return OrbCamErrInvalidState;
-    return f(*g.system);
-}
-
-template <class F> OrbCamErr withCamera(const std::string &id, F &&f)
-{
-    return withSystem([&](SimSystem &system) {
-        SimCamera *camera = system.findCamera(id);
-        return camera ? f(system, *camera) : OrbCamErrNoDevice;
-    });
-}
-
-} // namespace
-
-OrbCamErr Configure(const std::string &json, std::string *why)
-{
-    try {
-        const SystemConfig config = parseConfig(json);
-        // Every model must load, so that a typo is found now, not at discovery.
-        for (const InterfaceConfig &i : config.interfaces)
-            for (const CameraConfig &c : i.cameras)
-                loadModel(c.model);
-    } catch (const std::exception &e) {
-        if (why)
-            *why = e.what();
-        return OrbCamErrWrongConfiguration;
+    Backend *system = nullptr;
+    {
+        Global &g = global();
+        std::lock_guard<std::mutex> lock(g.mutex);
+        system = g.system.get(); // kept alive by the device's reference
     }
-    Global &g = global();
-    std::lock_guard<std::mutex> lock(g.mutex);
-    if (g.system) {
-        if (why)
-            *why = "the system is in use";
-        return OrbCamErrInvalidState;
-    }
-    g.config = json;
-    return OrbCamOk;
+    if (system && system->closeDevice(device))
+        OrbCam_ReleaseSystem(system);
 }
-
-OrbCamErr ConfigureFromFile(const std::string &path, std::string *why)
-{
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        if (why)
-            *why = "cannot open " + path;
-        return OrbCamErrFileNotFound;
-    }
-    std::ostringstream content;
-    content << in.rdbuf();
-    return Configure(content.str(), why);
-}
-
-OrbCamErr Reset()
-{
-    return Configure(defaultConfigJson());
-}
-
-std::string CamerasDir()
-{
-    std::lock_guard<std::mutex> lock(g_dirMutex);
-    if (g_camerasDir.empty())
-        g_camerasDir = defaultCamerasDir();
-    return g_camerasDir;
-}
-
-void SetCamerasDir(const std::string &path)
-{
-    std::lock_guard<std::mutex> lock(g_dirMutex);
-    g_camerasDir = path;
-}
-
-OrbCamErr SetAccessStatus(const std::string &deviceId, uint32_t status)
-{
-    if (status != 0 && status != OrbCam::AccessReadOnly && status != OrbCam::AccessNone)
-        return OrbCamErrInvalidArgument;
-    return withCamera(deviceId, [status](SimSystem &, SimCamera &camera) {
-        camera.forcedStatus = status;
-        return OrbCamOk;
-    });
-}
-
-OrbCamErr WithholdParams(const std::string &deviceId, bool withheld)
-{
-    return withCamera(deviceId, [withheld](SimSystem &, SimCamera &camera) {
-        camera.paramsWithheld = withheld;
-        return OrbCamOk;
-    });
-}
-
-OrbCamErr AddCamera(const std::string &interfaceId, const std::string &model,
-                    const std::string &serial, std::string *id)
-{
-    return withSystem([&](SimSystem &system) {
-        SimInterface *i = system.findInterface(interfaceId);
-        if (!i)
-            return OrbCamErrInvalidArgument;
-        CameraConfig config;
-        config.model = model;
-        config.serial = serial;
-        // A network camera joins in the card's subnet at the next free host.
-        if (i->GetType() == OrbCam::InterfaceGigEVision) {
-            const uint32_t host = i->ip() + 10 + static_cast<uint32_t>(i->cameraCount());
-            config.ip = (i->ip() & i->mask()) | (host & ~i->mask());
-            config.mask = i->mask();
-        }
-        try {
-            SimCamera *camera = i->addCamera(config);
-            if (id)
-                *id = camera->GetID();
-        } catch (const std::exception &) {
-            return OrbCamErrWrongConfiguration;
-        }
-        return OrbCamOk;
-    });
-}
-
-OrbCamErr RemoveCamera(const std::string &deviceId)
-{
-    return withCamera(deviceId, [](SimSystem &system, SimCamera &camera) {
-        const bool wasReachable = camera.reachable();
-        camera.present = false;
-        if (wasReachable)
-            system.post(&camera, OrbCam::EventDeviceLost);
-        return OrbCamOk;
-    });
-}
-
-OrbCamErr LoseCamera(const std::string &deviceId)
-{
-    return withCamera(deviceId, [](SimSystem &system, SimCamera &camera) {
-        if (!camera.present)
-            return OrbCamErrNoDevice;
-        if (!camera.lost.exchange(true))
-            system.post(&camera, OrbCam::EventDeviceLost);
-        return OrbCamOk;
-    });
-}
-
-OrbCamErr RegainCamera(const std::string &deviceId)
-{
-    return withCamera(deviceId, [](SimSystem &system, SimCamera &camera) {
-        if (!camera.present)
-            return OrbCamErrNoDevice;
-        if (camera.lost.exchange(false))
-            system.post(&camera, OrbCam::EventDeviceReturned);
-        return OrbCamOk;
-    });
-}
-
-OrbCamErr FailFeature(const std::string &deviceId, const std::string &feature, uint32_t mode)
-{
-    if (mode == 0 || mode > FailReadWrite)
-        return OrbCamErrInvalidArgument;
-    return withCamera(deviceId, [&](SimSystem &, SimCamera &camera) {
-        return camera.failFeature(feature, mode);
-    });
-}
-
-OrbCamErr ClearFailures(const std::string &deviceId)
-{
-    return withCamera(deviceId, [](SimSystem &, SimCamera &camera) {
-        camera.clearFailures();
-        return OrbCamOk;
-    });
-}
-
-} // namespace OrbCamSim

@@ -725,6 +725,65 @@ SimSystem::SimSystem(const SystemConfig &config)
     m_eventThread = std::thread(&SimSystem::eventLoop, this);
 }
 
+namespace {
+
+class SimPendingOpen final : public PendingOpen {
+public:
+    SimPendingOpen(SimSystem &system, std::shared_ptr<SimCamera> camera, uint32_t access)
+        : m_system(system)
+        , m_camera(std::move(camera))
+        , m_access(access)
+    {
+    }
+    OrbCam::Device *open() override { return new SimDevice(m_system, m_camera, m_access); }
+
+private:
+    SimSystem &m_system;
+    std::shared_ptr<SimCamera> m_camera;
+    uint32_t m_access;
+};
+
+} // namespace
+
+std::unique_ptr<PendingOpen> SimSystem::prepareOpen(OrbCam::DeviceInfo *info, uint32_t access,
+                                                    OrbCamErr &err)
+{
+    auto *sim = dynamic_cast<SimCamera *>(info);
+    if (!sim || findCamera(sim->GetID()) != sim) {
+        err = OrbCamErrInvalidArgument;
+        return nullptr;
+    }
+    std::shared_ptr<SimCamera> camera
+        = static_cast<SimInterface *>(sim->GetInterface())->share(sim);
+    if (!camera->reachable()) {
+        err = OrbCamErrNoDevice;
+        return nullptr;
+    }
+    // Held for control by another application: monitoring only.
+    const uint32_t status = camera->GetAccessStatus();
+    if (status != OrbCam::AccessReadWrite
+        && !(status == OrbCam::AccessReadOnly && access == OrbCam::AccessMonitor)) {
+        err = OrbCamErrInvalidState;
+        return nullptr;
+    }
+    err = OrbCamOk;
+    return std::make_unique<SimPendingOpen>(*this, std::move(camera), access);
+}
+
+bool SimSystem::closeDevice(OrbCam::Device *device)
+{
+    auto *sim = dynamic_cast<SimDevice *>(device);
+    if (!sim || &sim->system() != this)
+        return false;
+    delete sim;
+    return true;
+}
+
+std::unique_ptr<Backend> createSimBackend(const std::string &setup)
+{
+    return std::make_unique<SimSystem>(parseConfig(setup.empty() ? defaultConfigJson() : setup));
+}
+
 SimSystem::~SimSystem()
 {
     {

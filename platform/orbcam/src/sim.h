@@ -2,6 +2,7 @@
 #ifndef ORBCAM_SIM_H
 #define ORBCAM_SIM_H
 
+#include "backend.h"
 #include "paramarray.h"
 
 #include <OrbCam/OrbCam.h>
@@ -230,12 +231,15 @@ private:
 
 class SimDevice;
 
-class SimSystem final : public OrbCam::System {
+class SimSystem final : public Backend {
 public:
     explicit SimSystem(const SystemConfig &config);
     ~SimSystem() override;
 
     OrbCam::InterfaceList *GetInterfaces(uint32_t typeMask) override;
+    std::unique_ptr<PendingOpen> prepareOpen(OrbCam::DeviceInfo *info, uint32_t access,
+                                             OrbCamErr &err) override;
+    bool closeDevice(OrbCam::Device *device) override;
 
     SimCamera *findCamera(const std::string &id) const;
     SimInterface *findInterface(const std::string &id) const;
@@ -310,9 +314,6 @@ private:
     };
     std::vector<Callback> m_callbacks;
 };
-
-// The running system, or nullptr; with the global lock held by the caller.
-SimSystem *runningSystem();
 
 } // namespace OrbCamImpl
 
