@@ -7,7 +7,7 @@ packages=(
     build-essential cmake ninja-build pkg-config
     qtbase5-dev qtbase5-dev-tools libxcb1-dev
     libpugixml-dev libzip-dev nlohmann-json3-dev qttools5-dev
-    xvfb xauth x11-utils clang-format git
+    xvfb xauth x11-utils clang-format git doxygen
     "$@"
 )
 

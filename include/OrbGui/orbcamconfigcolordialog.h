@@ -1,7 +1,8 @@
-// OrbCamConfigColorDialog: sets the camera's white balance: the automatic mode
-// and its tracking speed, and the three manual colour coefficients, each with a
-// button back to unity (256); a statistics box repeats the coefficients.
-// See OrbCamConfigDialog for what the feature dialogs share.
+/// \file
+/// OrbCamConfigColorDialog: sets the camera's white balance: the automatic mode
+/// and its tracking speed, and the three manual colour coefficients, each with a
+/// button back to unity (256); a statistics box repeats the coefficients.
+/// See OrbCamConfigDialog for what the feature dialogs share.
 #ifndef ORBGUI_ORBCAMCONFIGCOLORDIALOG_H
 #define ORBGUI_ORBCAMCONFIGCOLORDIALOG_H
 
@@ -34,9 +35,9 @@ private:
 
 } // namespace OrbGui
 
-// Shows the dialog for the device under the window `parent` (0: none),
-// making a QApplication when the process has none, and destroys it again
-// before returning: it runs no event loop of its own.
+/// Shows the dialog for the device under the window `parent` (0: none),
+/// making a QApplication when the process has none, and destroys it again
+/// before returning: it runs no event loop of its own.
 extern "C" ORBGUI_EXPORT void ShowColorDialog(OrbCam::Device *device, WId parent);
 
 #endif

@@ -1,13 +1,14 @@
-// OrbCamConfigDialog: what the six feature dialogs of the camera
-// configuration have in common. Each binds its controls to named features
-// of a camera (OrbCam::Device) through a feature mapper, follows the
-// camera's changes, rebinds everything to another camera with SetDevice,
-// keeps the size of its layout and announces its closing.
-//
-// A dialog never owns its device; the device must outlive the dialog (or be
-// replaced first with SetDevice(nullptr)). A null device, or a camera
-// without one of the features, leaves the matching controls disabled.
-// GUI thread only; the camera's change events are handed to it.
+/// \file
+/// OrbCamConfigDialog: what the six feature dialogs of the camera
+/// configuration have in common. Each binds its controls to named features
+/// of a camera (OrbCam::Device) through a feature mapper, follows the
+/// camera's changes, rebinds everything to another camera with SetDevice,
+/// keeps the size of its layout and announces its closing.
+///
+/// A dialog never owns its device; the device must outlive the dialog (or be
+/// replaced first with SetDevice(nullptr)). A null device, or a camera
+/// without one of the features, leaves the matching controls disabled.
+/// GUI thread only; the camera's change events are handed to it.
 #ifndef ORBGUI_ORBCAMCONFIGDIALOG_H
 #define ORBGUI_ORBCAMCONFIGDIALOG_H
 
@@ -27,12 +28,12 @@ class ORBGUI_EXPORT OrbCamConfigDialog : public QDialog {
 public:
     ~OrbCamConfigDialog() override;
 
-    // Binds every control again, to another device (or to none).
+    /// Binds every control again, to another device (or to none).
     virtual void SetDevice(OrbCam::Device *device) = 0;
 
 Q_SIGNALS:
-    // The dialog is being closed (the configuration window unchecks its
-    // button).
+    /// The dialog is being closed (the configuration window unchecks its
+    /// button).
     void closing();
 
 protected:

@@ -1,9 +1,10 @@
-// OrbCamConfigFrameABDialog: edits the camera's frame set-up: shutter mode, ADC
-// bit depth, frame mode, and for the frame that FrameAB_Selector names (two
-// tabs sharing one set of controls) exposure as lines and clocks and as a time
-// in microseconds, fixed frame period, line time, area of interest,
-// subsampling, analog and digital gain, black level and wide dynamic range.
-// See OrbCamConfigDialog for what the feature dialogs share.
+/// \file
+/// OrbCamConfigFrameABDialog: edits the camera's frame set-up: shutter mode, ADC
+/// bit depth, frame mode, and for the frame that FrameAB_Selector names (two
+/// tabs sharing one set of controls) exposure as lines and clocks and as a time
+/// in microseconds, fixed frame period, line time, area of interest,
+/// subsampling, analog and digital gain, black level and wide dynamic range.
+/// See OrbCamConfigDialog for what the feature dialogs share.
 #ifndef ORBGUI_ORBCAMCONFIGFRAMEABDIALOG_H
 #define ORBGUI_ORBCAMCONFIGFRAMEABDIALOG_H
 
@@ -36,9 +37,9 @@ private:
 
 } // namespace OrbGui
 
-// Shows the dialog for the device under the window `parent` (0: none),
-// making a QApplication when the process has none, and destroys it again
-// before returning: it runs no event loop of its own.
+/// Shows the dialog for the device under the window `parent` (0: none),
+/// making a QApplication when the process has none, and destroys it again
+/// before returning: it runs no event loop of its own.
 extern "C" ORBGUI_EXPORT void ShowFrameABDialog(OrbCam::Device *device, WId parent);
 
 #endif

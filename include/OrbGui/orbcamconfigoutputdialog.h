@@ -1,7 +1,8 @@
-// OrbCamConfigOutputDialog: sets how the camera delivers its image data: pixel
-// format, look-up table, defect and hot pixel correction with their thresholds,
-// mirroring and the test pattern.
-// See OrbCamConfigDialog for what the feature dialogs share.
+/// \file
+/// OrbCamConfigOutputDialog: sets how the camera delivers its image data: pixel
+/// format, look-up table, defect and hot pixel correction with their thresholds,
+/// mirroring and the test pattern.
+/// See OrbCamConfigDialog for what the feature dialogs share.
 #ifndef ORBGUI_ORBCAMCONFIGOUTPUTDIALOG_H
 #define ORBGUI_ORBCAMCONFIGOUTPUTDIALOG_H
 
@@ -34,9 +35,9 @@ private:
 
 } // namespace OrbGui
 
-// Shows the dialog for the device under the window `parent` (0: none),
-// making a QApplication when the process has none, and destroys it again
-// before returning: it runs no event loop of its own.
+/// Shows the dialog for the device under the window `parent` (0: none),
+/// making a QApplication when the process has none, and destroys it again
+/// before returning: it runs no event loop of its own.
 extern "C" ORBGUI_EXPORT void ShowOutputDialog(OrbCam::Device *device, WId parent);
 
 #endif

@@ -1,8 +1,9 @@
-// OrbCamConfigPulseDialog: drives the camera's internal pulse generator
-// (time base, period and width in microseconds, continuous or counted
-// pulses, start and stop) and shows the delay between pulses and their
-// frequency.
-// See OrbCamConfigDialog for what the feature dialogs share.
+/// \file
+/// OrbCamConfigPulseDialog: drives the camera's internal pulse generator
+/// (time base, period and width in microseconds, continuous or counted
+/// pulses, start and stop) and shows the delay between pulses and their
+/// frequency.
+/// See OrbCamConfigDialog for what the feature dialogs share.
 #ifndef ORBGUI_ORBCAMCONFIGPULSEDIALOG_H
 #define ORBGUI_ORBCAMCONFIGPULSEDIALOG_H
 
@@ -35,9 +36,9 @@ private:
 
 } // namespace OrbGui
 
-// Shows the dialog for the device under the window `parent` (0: none),
-// making a QApplication when the process has none, and destroys it again
-// before returning: it runs no event loop of its own.
+/// Shows the dialog for the device under the window `parent` (0: none),
+/// making a QApplication when the process has none, and destroys it again
+/// before returning: it runs no event loop of its own.
 extern "C" ORBGUI_EXPORT void ShowPulseDialog(OrbCam::Device *device, WId parent);
 
 #endif

@@ -1,8 +1,9 @@
-// OrbCamConfigStrobeDialog: sets the camera's two strobe pulses (mode,
-// timing reference, delay and width in microseconds) and the polarity and
-// source of its two outputs, with a timing picture that follows the chosen
-// references.
-// See OrbCamConfigDialog for what the feature dialogs share.
+/// \file
+/// OrbCamConfigStrobeDialog: sets the camera's two strobe pulses (mode,
+/// timing reference, delay and width in microseconds) and the polarity and
+/// source of its two outputs, with a timing picture that follows the chosen
+/// references.
+/// See OrbCamConfigDialog for what the feature dialogs share.
 #ifndef ORBGUI_ORBCAMCONFIGSTROBEDIALOG_H
 #define ORBGUI_ORBCAMCONFIGSTROBEDIALOG_H
 
@@ -35,9 +36,9 @@ private:
 
 } // namespace OrbGui
 
-// Shows the dialog for the device under the window `parent` (0: none),
-// making a QApplication when the process has none, and destroys it again
-// before returning: it runs no event loop of its own.
+/// Shows the dialog for the device under the window `parent` (0: none),
+/// making a QApplication when the process has none, and destroys it again
+/// before returning: it runs no event loop of its own.
 extern "C" ORBGUI_EXPORT void ShowStrobeDialog(OrbCam::Device *device, WId parent);
 
 #endif

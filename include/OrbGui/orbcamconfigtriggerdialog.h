@@ -1,7 +1,8 @@
-// OrbCamConfigTriggerDialog: switches the camera's trigger on or off,
-// chooses its source, edge and debounce time, and fires a software trigger
-// (offered only while the trigger is on and its source is "Software").
-// See OrbCamConfigDialog for what the feature dialogs share.
+/// \file
+/// OrbCamConfigTriggerDialog: switches the camera's trigger on or off,
+/// chooses its source, edge and debounce time, and fires a software trigger
+/// (offered only while the trigger is on and its source is "Software").
+/// See OrbCamConfigDialog for what the feature dialogs share.
 #ifndef ORBGUI_ORBCAMCONFIGTRIGGERDIALOG_H
 #define ORBGUI_ORBCAMCONFIGTRIGGERDIALOG_H
 
@@ -34,9 +35,9 @@ private:
 
 } // namespace OrbGui
 
-// Shows the dialog for the device under the window `parent` (0: none),
-// making a QApplication when the process has none, and destroys it again
-// before returning: it runs no event loop of its own.
+/// Shows the dialog for the device under the window `parent` (0: none),
+/// making a QApplication when the process has none, and destroys it again
+/// before returning: it runs no event loop of its own.
 extern "C" ORBGUI_EXPORT void ShowTriggerDialog(OrbCam::Device *device, WId parent);
 
 #endif

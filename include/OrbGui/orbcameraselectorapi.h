@@ -1,7 +1,8 @@
-// Plain entry points for the camera selector, with unmangled names, for
-// hosts that cannot use the classes: they run OrbGui::SelectCamera with a
-// UTF-8 (A) or zero-terminated UCS-4 (W) title and return the chosen camera
-// or null on cancel. Call them on the thread that runs (or will run) the GUI.
+/// \file
+/// Plain entry points for the camera selector, with unmangled names, for
+/// hosts that cannot use the classes: they run OrbGui::SelectCamera with a
+/// UTF-8 (A) or zero-terminated UCS-4 (W) title and return the chosen camera
+/// or null on cancel. Call them on the thread that runs (or will run) the GUI.
 #ifndef ORBGUI_ORBCAMERASELECTORAPI_H
 #define ORBGUI_ORBCAMERASELECTORAPI_H
 

@@ -1,18 +1,19 @@
-// OrbGenParamTreeView: every feature of a GenICam node map (or of a camera's
-// parameter array) as an editable tree, with a name filter, a visibility
-// level, a description pane, polling and an error list.
-//
-// The view never owns the node map or the array; they must outlive it (and,
-// after setParams or clearParams, the next pass of the event loop, in which
-// the old model is deleted). Stop polling before releasing the node map.
-// GUI thread only. GenICam exceptions from polling propagate into the event
-// loop; the model catches those of reading and writing features and lists
-// them behind the status button.
-//
-// Nothing is written that the user did not choose: moving through the tree
-// (arrow keys, the wheel) opens no editor and changes no value; F2 or Enter
-// edits the current row's value, Escape leaves the editor. Escape never
-// closes or hides the view (in the filter field it clears the filter).
+/// \file
+/// OrbGenParamTreeView: every feature of a GenICam node map (or of a camera's
+/// parameter array) as an editable tree, with a name filter, a visibility
+/// level, a description pane, polling and an error list.
+///
+/// The view never owns the node map or the array; they must outlive it (and,
+/// after setParams or clearParams, the next pass of the event loop, in which
+/// the old model is deleted). Stop polling before releasing the node map.
+/// GUI thread only. GenICam exceptions from polling propagate into the event
+/// loop; the model catches those of reading and writing features and lists
+/// them behind the status button.
+///
+/// Nothing is written that the user did not choose: moving through the tree
+/// (arrow keys, the wheel) opens no editor and changes no value; F2 or Enter
+/// edits the current row's value, Escape leaves the editor. Escape never
+/// closes or hides the view (in the filter field it clears the filter).
 #ifndef ORBGUI_ORBGENPARAMTREEVIEW_H
 #define ORBGUI_ORBGENPARAMTREEVIEW_H
 
@@ -48,7 +49,7 @@ public:
     void enablePolling(bool enable) override;
     bool isPollingEnabled() override;
 
-    // The tree, for hosts that want to tune it.
+    /// The tree, for hosts that want to tune it.
     QTreeView *treeView() const;
 
 protected:

@@ -1,7 +1,8 @@
-// QtOrbDoubleSlider: a framed floating-point slider moving in whole steps of
-// a floating-point increment from the minimum, the last partial step still
-// reaching the maximum; the labels show the bounds in fixed notation.
-// GUI thread only; usable as a promoted widget.
+/// \file
+/// QtOrbDoubleSlider: a framed floating-point slider moving in whole steps of
+/// a floating-point increment from the minimum, the last partial step still
+/// reaching the maximum; the labels show the bounds in fixed notation.
+/// GUI thread only; usable as a promoted widget.
 #ifndef ORBGUI_QTORBDOUBLESLIDER_H
 #define ORBGUI_QTORBDOUBLESLIDER_H
 
@@ -27,14 +28,14 @@ class ORBGUI_EXPORT QtOrbDoubleSlider : public QFrame {
     Q_PROPERTY(int decimals READ decimals WRITE setDecimals)
 
 public:
-    // Defaults: range 0 to 100, step 1, 2 decimals, no snapping.
+    /// Defaults: range 0 to 100, step 1, 2 decimals, no snapping.
     explicit QtOrbDoubleSlider(QWidget *parent = nullptr);
     explicit QtOrbDoubleSlider(Qt::Orientation orientation, QWidget *parent = nullptr);
     ~QtOrbDoubleSlider() override;
 
     double value() const;
     double singleStep() const;
-    // A step of 0 or below is ignored.
+    /// A step of 0 or below is ignored.
     void setSingleStep(double step);
     bool validate() const;
     void setValidate(bool validate);
@@ -52,8 +53,8 @@ public:
     void setOrientation(Qt::Orientation orientation);
     bool hasTracking() const;
     void setTracking(bool tracking);
-    // The parts, owned by this widget; the inner slider counts steps from the
-    // minimum, so set values through this widget, not through slider().
+    /// The parts, owned by this widget; the inner slider counts steps from the
+    /// minimum, so set values through this widget, not through slider().
     QLabel *maxLabel() const;
     QLabel *minLabel() const;
     QSlider *slider() const;

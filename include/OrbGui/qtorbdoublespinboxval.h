@@ -1,5 +1,6 @@
-// QtOrbDoubleSpinBoxVal: the floating-point counterpart of QtOrbSpinBoxVal.
-// GUI thread only; usable as a promoted widget.
+/// \file
+/// QtOrbDoubleSpinBoxVal: the floating-point counterpart of QtOrbSpinBoxVal.
+/// GUI thread only; usable as a promoted widget.
 #ifndef ORBGUI_QTORBDOUBLESPINBOXVAL_H
 #define ORBGUI_QTORBDOUBLESPINBOXVAL_H
 

@@ -1,7 +1,8 @@
-// QtOrbGainSlider: a QtOrbDoubleSlider and a QtOrbDoubleSpinBoxVal side by
-// side, for gain and other real-valued features; a dragged value is
-// announced once, on release. Starts with 3 decimals and the range 0 to 100.
-// GUI thread only; usable as a promoted widget.
+/// \file
+/// QtOrbGainSlider: a QtOrbDoubleSlider and a QtOrbDoubleSpinBoxVal side by
+/// side, for gain and other real-valued features; a dragged value is
+/// announced once, on release. Starts with 3 decimals and the range 0 to 100.
+/// GUI thread only; usable as a promoted widget.
 #ifndef ORBGUI_QTORBGAINSLIDER_H
 #define ORBGUI_QTORBGAINSLIDER_H
 
@@ -52,8 +53,8 @@ public:
     void setLeftLabelText(const QString &text);
     QString topLabelText() const;
     void setTopLabelText(const QString &text);
-    // The parts, owned by this widget, for hosts that style them; the labels
-    // are made on first use and null before.
+    /// The parts, owned by this widget, for hosts that style them; the labels
+    /// are made on first use and null before.
     QLabel *leftLabel() const;
     QLabel *topLabel() const;
     QtOrbDoubleSpinBoxVal *spinBox() const;

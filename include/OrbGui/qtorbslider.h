@@ -1,9 +1,10 @@
-// QtOrbSlider: a framed integer slider with its minimum and maximum shown
-// beside it, a linear, logarithmic or square-root scale, and optional
-// snapping to the increment. The inner QSlider's positions are scale
-// positions; value() and valueChanged() speak values. A value survives a
-// change of scale, range or increment. Arrow keys always move the value by
-// at least one increment. GUI thread only; usable as a promoted widget.
+/// \file
+/// QtOrbSlider: a framed integer slider with its minimum and maximum shown
+/// beside it, a linear, logarithmic or square-root scale, and optional
+/// snapping to the increment. The inner QSlider's positions are scale
+/// positions; value() and valueChanged() speak values. A value survives a
+/// change of scale, range or increment. Arrow keys always move the value by
+/// at least one increment. GUI thread only; usable as a promoted widget.
 #ifndef ORBGUI_QTORBSLIDER_H
 #define ORBGUI_QTORBSLIDER_H
 
@@ -39,20 +40,20 @@ public:
     explicit QtOrbSlider(Qt::Orientation orientation, QWidget *parent = nullptr);
     ~QtOrbSlider() override;
 
-    // The value last set or reached by the handle. A value set by code is
-    // kept exactly (snapped when validate is on, clamped to the range) even
-    // where a non-linear scale can only place the handle near it, so a spin
-    // box beside the slider is never rewritten to a neighbouring position.
+    /// The value last set or reached by the handle. A value set by code is
+    /// kept exactly (snapped when validate is on, clamped to the range) even
+    /// where a non-linear scale can only place the handle near it, so a spin
+    /// box beside the slider is never rewritten to a neighbouring position.
     int value() const;
     int singleStep() const;
-    // A step below 1 counts as 1.
+    /// A step below 1 counts as 1.
     void setSingleStep(int step);
     ScaleType scaleType() const;
     void setScaleType(ScaleType type);
     double log10Coef() const;
-    // Positions per decade on the logarithmic scale; values of 0 or below
-    // (an empty scale) and above 1000000 (more positions than an int slider
-    // counts) are ignored.
+    /// Positions per decade on the logarithmic scale; values of 0 or below
+    /// (an empty scale) and above 1000000 (more positions than an int slider
+    /// counts) are ignored.
     void setLog10Coef(double coefficient);
     bool validate() const;
     void setValidate(bool validate);
@@ -68,8 +69,8 @@ public:
     void setOrientation(Qt::Orientation orientation);
     bool hasTracking() const;
     void setTracking(bool tracking);
-    // The parts, owned by this widget; the inner slider's positions are scale
-    // positions, so set values through this widget, not through slider().
+    /// The parts, owned by this widget; the inner slider's positions are scale
+    /// positions, so set values through this widget, not through slider().
     QLabel *maxLabel() const;
     QLabel *minLabel() const;
     QSlider *slider() const;

@@ -1,6 +1,7 @@
-// QtOrbSliderSpinBox: a QtOrbSlider and a QtOrbSpinBoxVal side by side, kept
-// in step. A value dragged with the slider is announced once, on release.
-// GUI thread only; usable as a promoted widget.
+/// \file
+/// QtOrbSliderSpinBox: a QtOrbSlider and a QtOrbSpinBoxVal side by side, kept
+/// in step. A value dragged with the slider is announced once, on release.
+/// GUI thread only; usable as a promoted widget.
 #ifndef ORBGUI_QTORBSLIDERSPINBOX_H
 #define ORBGUI_QTORBSLIDERSPINBOX_H
 
@@ -48,8 +49,8 @@ public:
     void setLeftLabelText(const QString &text);
     QString topLabelText() const;
     void setTopLabelText(const QString &text);
-    // The parts, owned by this widget, for hosts that style them; the labels
-    // are made on first use and null before.
+    /// The parts, owned by this widget, for hosts that style them; the labels
+    /// are made on first use and null before.
     QLabel *leftLabel() const;
     QLabel *topLabel() const;
     QtOrbSpinBoxVal *spinBox() const;

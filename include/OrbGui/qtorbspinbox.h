@@ -1,9 +1,10 @@
-// QtOrbSpinBox: a 64-bit spin box (QtOrbSpinBoxVal64) with an optional label
-// on the left or on top and a small button that pops up a QtOrbSlider beside
-// it. Holding an arrow scrolls the number and commits on release; dragging
-// the pop-up slider announces its value once, on release. The pop-up follows
-// the value and closes when it loses the focus. GUI thread only; usable as a
-// promoted widget.
+/// \file
+/// QtOrbSpinBox: a 64-bit spin box (QtOrbSpinBoxVal64) with an optional label
+/// on the left or on top and a small button that pops up a QtOrbSlider beside
+/// it. Holding an arrow scrolls the number and commits on release; dragging
+/// the pop-up slider announces its value once, on release. The pop-up follows
+/// the value and closes when it loses the focus. GUI thread only; usable as a
+/// promoted widget.
 #ifndef ORBGUI_QTORBSPINBOX_H
 #define ORBGUI_QTORBSPINBOX_H
 
@@ -51,10 +52,10 @@ public:
     bool validate() const;
     void setValidate(bool validate);
     bool validateTyping() const;
-    // False: typed text is committed only on Enter (keyboard tracking off).
+    /// False: typed text is committed only on Enter (keyboard tracking off).
     void setValidateTyping(bool validate);
     bool isReadOnly() const;
-    // Read-only also hides the slider button.
+    /// Read-only also hides the slider button.
     void setReadOnly(bool readOnly);
     QString leftLabelText() const;
     void setLeftLabelText(const QString &text);
@@ -66,8 +67,8 @@ public:
     void resizeSlider(const QSize &size);
     void setSliderOrientation(Qt::Orientation orientation);
 
-    // The parts, owned by this widget (the pop-up slider too), for hosts that
-    // style them; the labels are null until used.
+    /// The parts, owned by this widget (the pop-up slider too), for hosts that
+    /// style them; the labels are null until used.
     QLabel *leftLabel() const;
     QLabel *topLabel() const;
     QtOrbSpinBoxVal64 *spinBox() const;

@@ -1,6 +1,7 @@
-// QtOrbSpinBoxVal: an integer spin box that can snap values to the grid
-// minimum + k * step (validate) and commit typed text only on Enter
-// (validateTyping off). GUI thread only; usable as a promoted widget.
+/// \file
+/// QtOrbSpinBoxVal: an integer spin box that can snap values to the grid
+/// minimum + k * step (validate) and commit typed text only on Enter
+/// (validateTyping off). GUI thread only; usable as a promoted widget.
 #ifndef ORBGUI_QTORBSPINBOXVAL_H
 #define ORBGUI_QTORBSPINBOXVAL_H
 
@@ -21,14 +22,14 @@ public:
     explicit QtOrbSpinBoxVal(QWidget *parent = nullptr);
     ~QtOrbSpinBoxVal() override;
 
-    // Snap every value to the step grid (false by default).
+    /// Snap every value to the step grid (false by default).
     bool validate() const { return m_validate; }
     void setValidate(bool validate) { m_validate = validate; }
-    // True (default): typed text is committed as QSpinBox does; false:
-    // only on Enter.
+    /// True (default): typed text is committed as QSpinBox does; false:
+    /// only on Enter.
     bool validateTyping() const { return m_validateTyping; }
     void setValidateTyping(bool validate) { m_validateTyping = validate; }
-    // Writes the text into the line edit without touching the value.
+    /// Writes the text into the line edit without touching the value.
     void setLineEditText(const QString &text);
     int doValidation(int value) const;
 

@@ -1,13 +1,14 @@
-// QtOrbSpinBoxVal64: a spin box for signed 64-bit integers, as GenICam
-// integer features need.
-//
-// Beyond range and step it can snap values to the grid minimum + k * step
-// (validateStepping), show any integer base, commit typed text only on
-// Enter when keyboard tracking is off (a typed value is discarded on focus
-// out unless ignoreFocusOut is false), and let the arrows scroll freely while
-// committing once on release (buttonTracking off). Values outside the range
-// given to setValue are ignored. GUI thread only; usable as a promoted
-// widget in .ui files.
+/// \file
+/// QtOrbSpinBoxVal64: a spin box for signed 64-bit integers, as GenICam
+/// integer features need.
+///
+/// Beyond range and step it can snap values to the grid minimum + k * step
+/// (validateStepping), show any integer base, commit typed text only on
+/// Enter when keyboard tracking is off (a typed value is discarded on focus
+/// out unless ignoreFocusOut is false), and let the arrows scroll freely while
+/// committing once on release (buttonTracking off). Values outside the range
+/// given to setValue are ignored. GUI thread only; usable as a promoted
+/// widget in .ui files.
 #ifndef ORBGUI_QTORBSPINBOXVAL64_H
 #define ORBGUI_QTORBSPINBOXVAL64_H
 
@@ -45,14 +46,14 @@ public:
     QString suffix() const;
     void setSuffix(const QString &suffix);
     void setSuffix(QString &&suffix);
-    // The value in decimal, whatever the display base.
+    /// The value in decimal, whatever the display base.
     QString cleanText() const;
 
     qlonglong singleStep() const;
-    // A step of 0 must not be combined with validateStepping.
+    /// A step of 0 must not be combined with validateStepping.
     void setSingleStep(qlonglong step);
     qlonglong minimum() const;
-    // Neither changes nor clamps the value.
+    /// Neither changes nor clamps the value.
     void setMinimum(qlonglong minimum);
     qlonglong maximum() const;
     void setMaximum(qlonglong maximum);
@@ -68,19 +69,19 @@ public:
     void setValidateStepping(bool validate);
     bool buttonTracking() const;
     void setButtonTracking(bool tracking);
-    // Off by default: a keystroke that would take the number beyond the
-    // range is refused. On: it is accepted while typing, and the committed
-    // number is limited to the range (then snapped), so that what the user
-    // typed is never cut to a different number digit by digit. Editors of
-    // camera features turn it on.
+    /// Off by default: a keystroke that would take the number beyond the
+    /// range is refused. On: it is accepted while typing, and the committed
+    /// number is limited to the range (then snapped), so that what the user
+    /// typed is never cut to a different number digit by digit. Editors of
+    /// camera features turn it on.
     bool clampTyped() const;
     void setClampTyped(bool clamp);
 
-    // Commits the typed text as Enter does (snapped when validateStepping is
-    // on) and returns true. Text that does not parse or lies outside the
-    // range is not committed: the text of the current value comes back and
-    // false is returned. For a host that must take what was typed before it
-    // closes the editor (an item delegate's setModelData, for instance).
+    /// Commits the typed text as Enter does (snapped when validateStepping is
+    /// on) and returns true. Text that does not parse or lies outside the
+    /// range is not committed: the text of the current value comes back and
+    /// false is returned. For a host that must take what was typed before it
+    /// closes the editor (an item delegate's setModelData, for instance).
     bool commitText();
 
     QSize sizeHint() const override;

@@ -1,5 +1,6 @@
-// The GenICam base: gcstring and the exception hierarchy.
-// Namespace GenICam_3_0, aliased as GenICam.
+/// \file
+/// The GenICam base: gcstring and the exception hierarchy.
+/// Namespace GenICam_3_0, aliased as GenICam.
 #ifndef GENICAM_H
 #define GENICAM_H
 

@@ -1,7 +1,8 @@
-// The GenApi 3.0 compatible interface of libOrbGenApi: load a GenICam
-// description with CNodeMapRef, connect a port, and use the nodes through
-// the smart pointers (CIntegerPtr, CFloatPtr, ...). Namespace GenApi_3_0,
-// aliased as GenApi.
+/// \file
+/// The GenApi 3.0 compatible interface of libOrbGenApi: load a GenICam
+/// description with CNodeMapRef, connect a port, and use the nodes through
+/// the smart pointers (CIntegerPtr, CFloatPtr, ...). Namespace GenApi_3_0,
+/// aliased as GenApi.
 #ifndef GENAPI_GENAPI_H
 #define GENAPI_GENAPI_H
 

@@ -1,11 +1,12 @@
-// Node callbacks: GenApi::Register() attaches a function or a member function
-// to a node; it is called whenever the node or anything it depends on
-// changes (a write, an invalidation, a poll that found a new value). The
-// callback runs on the thread that caused the change, either inside the node
-// map's lock (cbPostInsideLock) or just after it was released
-// (cbPostOutsideLock). A callback may read and write the node map.
-// Deregister() guarantees that the callback is not called afterwards; it
-// waits for a call in progress on another thread.
+/// \file
+/// Node callbacks: GenApi::Register() attaches a function or a member function
+/// to a node; it is called whenever the node or anything it depends on
+/// changes (a write, an invalidation, a poll that found a new value). The
+/// callback runs on the thread that caused the change, either inside the node
+/// map's lock (cbPostInsideLock) or just after it was released
+/// (cbPostOutsideLock). A callback may read and write the node map.
+/// Deregister() guarantees that the callback is not called afterwards; it
+/// waits for a call in progress on another thread.
 #ifndef GENAPI_NODECALLBACK_H
 #define GENAPI_NODECALLBACK_H
 
@@ -23,9 +24,9 @@ public:
     {
     }
     virtual ~CNodeCallback() = default;
-    // Calls the client when CallbackType is the type it was registered for.
+    /// Calls the client when CallbackType is the type it was registered for.
     virtual void operator()(ECallbackType CallbackType) const = 0;
-    // Frees the callback object; the node calls it when deregistering.
+    /// Frees the callback object; the node calls it when deregistering.
     virtual void Destroy() = 0;
     INode *GetNode() { return m_pNode; }
     ECallbackType GetCallbackType() const { return m_CallbackType; }
@@ -91,8 +92,8 @@ CNodeCallback *make_NodeCallback(INode *pNode, Client &client, Member member,
     return new Member_NodeCallback<Client, Member>(pNode, client, member, CallbackType);
 }
 
-// Registers function(INode*) on pNode. Throws InvalidArgumentException when
-// pNode is null.
+/// Registers function(INode*) on pNode. Throws InvalidArgumentException when
+/// pNode is null.
 template <class Function>
 CallbackHandleType Register(INode *pNode, Function f, ECallbackType CallbackType = cbPostInsideLock)
 {
@@ -101,7 +102,7 @@ CallbackHandleType Register(INode *pNode, Function f, ECallbackType CallbackType
     return pNode->RegisterCallback(make_NodeCallback(pNode, f, CallbackType));
 }
 
-// Registers (c.*m)(INode*) on pNode; c must outlive the registration.
+/// Registers (c.*m)(INode*) on pNode; c must outlive the registration.
 template <class Client, class Member>
 CallbackHandleType Register(INode *pNode, Client &c, Member m,
                             ECallbackType CallbackType = cbPostInsideLock)
@@ -111,8 +112,8 @@ CallbackHandleType Register(INode *pNode, Client &c, Member m,
     return pNode->RegisterCallback(make_NodeCallback(pNode, c, m, CallbackType));
 }
 
-// Removes a callback registered with Register(). An unknown handle, one that
-// was already deregistered, or one whose node map is gone is ignored.
+/// Removes a callback registered with Register(). An unknown handle, one that
+/// was already deregistered, or one whose node map is gone is ignored.
 GENAPI_DECL void Deregister(CallbackHandleType hCallback);
 
 } // namespace GenApi_3_0

@@ -1,7 +1,8 @@
-// CPointer: a checked interface pointer. Construction and assignment cast
-// with dynamic_cast, so a CIntegerPtr made from a non-integer node is empty.
-// Dereferencing an empty pointer throws LogicalErrorException
-// "NULL pointer dereferenced". The pointer does not own the node.
+/// \file
+/// CPointer: a checked interface pointer. Construction and assignment cast
+/// with dynamic_cast, so a CIntegerPtr made from a non-integer node is empty.
+/// Dereferencing an empty pointer throws LogicalErrorException
+/// "NULL pointer dereferenced". The pointer does not own the node.
 #ifndef GENAPI_POINTER_H
 #define GENAPI_POINTER_H
 
@@ -38,7 +39,7 @@ public:
     bool operator==(const CPointer &other) const { return m_pT == other.m_pT; }
     bool operator!=(T *pT) const { return m_pT != pT; }
     bool operator!=(const CPointer &other) const { return m_pT != other.m_pT; }
-    // Our own addition: the raw pointer, nullptr when empty, never throwing.
+    /// Our own addition: the raw pointer, nullptr when empty, never throwing.
     T *Get() const { return m_pT; }
 
 protected:
@@ -118,7 +119,7 @@ template <class T, class B> bool IsAvailable(const CPointer<T, B> &p)
     return p.IsValid() && IsAvailable(p->GetAccessMode());
 }
 
-// Combines two access modes the way a node combines its own with an imposed one.
+/// Combines two access modes the way a node combines its own with an imposed one.
 inline EAccessMode Combine(EAccessMode a, EAccessMode b)
 {
     if (a == NI || b == NI)

@@ -1,4 +1,5 @@
-// The node map's lock, for hosts that need several calls to be atomic.
+/// \file
+/// The node map's lock, for hosts that need several calls to be atomic.
 #ifndef GENAPI_SYNCH_H
 #define GENAPI_SYNCH_H
 
@@ -8,8 +9,8 @@
 
 namespace GenApi_3_0 {
 
-// A recursive lock. The node map locks it around every operation; a host may
-// hold it across several calls (AutoLock) from one thread.
+/// A recursive lock. The node map locks it around every operation; a host may
+/// hold it across several calls (AutoLock) from one thread.
 class GENAPI_DECL CLock {
 public:
     CLock() = default;

@@ -1,4 +1,5 @@
-// Enumerations, list types and small value types of the GenApi interface.
+/// \file
+/// Enumerations, list types and small value types of the GenApi interface.
 #ifndef GENAPI_TYPES_H
 #define GENAPI_TYPES_H
 
@@ -12,7 +13,7 @@ namespace GenApi_3_0 {
 using GenICam_3_0::gcstring;
 using GenICam_3_0::gcstring_vector;
 
-// How a node may be accessed at this moment.
+/// How a node may be accessed at this moment.
 enum EAccessMode {
     NI, // not implemented: the feature does not exist on this device
     NA, // not available: exists, but cannot be accessed in the current state
@@ -23,10 +24,10 @@ enum EAccessMode {
     _CycleDetectAccesMode
 };
 
-// Who a feature is meant for; the GUI hides features above the chosen level.
+/// Who a feature is meant for; the GUI hides features above the chosen level.
 enum EVisibility { Beginner = 0, Expert = 1, Guru = 2, Invisible = 3, _UndefinedVisibility = 99 };
 
-// How register values are cached.
+/// How register values are cached.
 enum ECachingMode {
     NoCache, // every read goes to the device
     WriteThrough, // a write updates the cache
@@ -34,7 +35,7 @@ enum ECachingMode {
     _UndefinedCachingMode
 };
 
-// How a number is best presented to a user.
+/// How a number is best presented to a user.
 enum ERepresentation {
     Linear,
     Logarithmic,
@@ -55,16 +56,16 @@ enum EDisplayNotation { fnAutomatic, fnFixed, fnScientific, _UndefinedEDisplayNo
 enum ESign { Signed, Unsigned, _UndefinedSign };
 enum EInputDirection { idFrom, idTo, idNone };
 
-// When a node callback is called relative to the node map's lock.
+/// When a node callback is called relative to the node map's lock.
 enum ECallbackType {
     cbPostInsideLock = 1, // while the node map is still locked
     cbPostOutsideLock = 2 // after the node map's lock has been released
 };
 
-// How the valid values of a number are spaced.
+/// How the valid values of a number are spaced.
 enum EIncMode { noIncrement, fixedIncrement, listIncrement };
 
-// The principal interface of a node.
+/// The principal interface of a node.
 enum EInterfaceType {
     intfIValue,
     intfIBase,
@@ -80,7 +81,7 @@ enum EInterfaceType {
     intfIPort
 };
 
-// Which links GetChildren()/GetParents() follow.
+/// Which links GetChildren()/GetParents() follow.
 enum ELinkType {
     ctParentNodes,
     ctReadingChildren,
@@ -91,7 +92,7 @@ enum ELinkType {
     ctValueChildren
 };
 
-// An opaque handle for a registered node callback; 0 is never a valid handle.
+/// An opaque handle for a registered node callback; 0 is never a valid handle.
 typedef intptr_t CallbackHandleType;
 
 interface INode;
@@ -101,7 +102,7 @@ typedef std::vector<INode *> NodeList_t;
 typedef std::vector<IValue *> FeatureList_t;
 typedef gcstring_vector StringList_t;
 
-// A list of 64-bit integers, as returned by GetListOfValidValues().
+/// A list of 64-bit integers, as returned by GetListOfValidValues().
 class GENAPI_DECL int64_autovector_t {
 public:
     int64_autovector_t() = default;
@@ -125,7 +126,7 @@ private:
     std::vector<int64_t> m_items;
 };
 
-// A list of doubles, as returned by GetListOfValidValues().
+/// A list of doubles, as returned by GetListOfValidValues().
 class GENAPI_DECL double_autovector_t {
 public:
     double_autovector_t() = default;
@@ -149,7 +150,7 @@ private:
     std::vector<double> m_items;
 };
 
-// Text forms of the enumerations, as they are written in descriptions.
+/// Text forms of the enumerations, as they are written in descriptions.
 struct GENAPI_DECL EAccessModeClass {
     static gcstring ToString(EAccessMode value);
     static bool FromString(const gcstring &text, EAccessMode *value);
@@ -171,7 +172,7 @@ struct GENAPI_DECL EDisplayNotationClass {
     static bool FromString(const gcstring &text, EDisplayNotation *value);
 };
 struct GENAPI_DECL EInterfaceTypeClass {
-    // "IInteger", "IFloat" and so on.
+    /// "IInteger", "IFloat" and so on.
     static gcstring ToString(EInterfaceType value);
 };
 

@@ -1,8 +1,9 @@
-// The GenICam exception hierarchy.
-//
-// Every failure of the GenApi interface is reported by throwing a subclass of
-// GenericException. GetDescription() is the human-readable reason; for node
-// operations it names the node, for load errors it also gives the line.
+/// \file
+/// The GenICam exception hierarchy.
+///
+/// Every failure of the GenApi interface is reported by throwing a subclass of
+/// GenericException. GetDescription() is the human-readable reason; for node
+/// operations it names the node, for load errors it also gives the line.
 #ifndef GENICAM_GCEXCEPTION_H
 #define GENICAM_GCEXCEPTION_H
 
@@ -21,13 +22,13 @@ public:
                      const char *exceptionType);
     ~GenericException() noexcept override;
 
-    // The reason, without the source location.
+    /// The reason, without the source location.
     virtual const char *GetDescription() const noexcept;
     virtual const char *GetSourceFileName() const noexcept;
     virtual unsigned int GetSourceLine() const noexcept;
-    // The exception type's name, for example "OutOfRangeException".
+    /// The exception type's name, for example "OutOfRangeException".
     virtual const char *GetExceptionType() const noexcept;
-    // The description followed by the type and the source location.
+    /// The description followed by the type and the source location.
     const char *what() const noexcept override;
 
 private:
@@ -52,29 +53,29 @@ private:
         }                                                                                          \
     }
 
-// Memory could not be allocated.
+/// Memory could not be allocated.
 GENICAM_DECLARE_EXCEPTION(BadAllocException);
-// An argument was invalid: an unknown name, a malformed text, a null buffer.
+/// An argument was invalid: an unknown name, a malformed text, a null buffer.
 GENICAM_DECLARE_EXCEPTION(InvalidArgumentException);
-// A value lies outside the node's range or off its increment grid.
+/// A value lies outside the node's range or off its increment grid.
 GENICAM_DECLARE_EXCEPTION(OutOfRangeException);
-// A description property is missing or malformed.
+/// A description property is missing or malformed.
 GENICAM_DECLARE_EXCEPTION(PropertyException);
-// A run-time failure: malformed XML, a formula that cannot be evaluated.
+/// A run-time failure: malformed XML, a formula that cannot be evaluated.
 GENICAM_DECLARE_EXCEPTION(RuntimeException);
-// A programming error: an empty smart pointer dereferenced, a second load.
+/// A programming error: an empty smart pointer dereferenced, a second load.
 GENICAM_DECLARE_EXCEPTION(LogicalErrorException);
-// The node or its register cannot be accessed in the requested way.
+/// The node or its register cannot be accessed in the requested way.
 GENICAM_DECLARE_EXCEPTION(AccessException);
-// An operation did not finish in time.
+/// An operation did not finish in time.
 GENICAM_DECLARE_EXCEPTION(TimeoutException);
-// A node is not of the requested interface type.
+/// A node is not of the requested interface type.
 GENICAM_DECLARE_EXCEPTION(DynamicCastException);
 
 #undef GENICAM_DECLARE_EXCEPTION
 
-// Formats a printf-style description and returns the exception to throw, as
-// in `throw RUNTIME_EXCEPTION("Node '%s' failed", name)`.
+/// Formats a printf-style description and returns the exception to throw, as
+/// in `throw RUNTIME_EXCEPTION("Node '%s' failed", name)`.
 template <class E> class ExceptionReporter {
 public:
     ExceptionReporter(const char *sourceFileName, unsigned int sourceLine, const char *type)

@@ -1,8 +1,9 @@
-// Symbol visibility for the GenICam base and GenApi libraries.
-//
-// The libraries are built with hidden visibility; everything a host may use is
-// marked here. Interfaces are marked too, so that their type information is
-// unique across shared objects and dynamic_cast between them works.
+/// \file
+/// Symbol visibility for the GenICam base and GenApi libraries.
+///
+/// The libraries are built with hidden visibility; everything a host may use is
+/// marked here. Interfaces are marked too, so that their type information is
+/// unique across shared objects and dynamic_cast between them works.
 #ifndef GENICAM_GCLINKAGE_H
 #define GENICAM_GCLINKAGE_H
 

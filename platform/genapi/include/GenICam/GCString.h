@@ -1,6 +1,7 @@
-// GenICam::gcstring, the string type of the GenICam interfaces, and
-// gcstring_vector. Strings are UTF-8 byte sequences; no member throws except
-// on allocation failure (std::bad_alloc).
+/// \file
+/// GenICam::gcstring, the string type of the GenICam interfaces, and
+/// gcstring_vector. Strings are UTF-8 byte sequences; no member throws except
+/// on allocation failure (std::bad_alloc).
 #ifndef GENICAM_GCSTRING_H
 #define GENICAM_GCSTRING_H
 
@@ -136,10 +137,10 @@ public:
         return gcstring(m_str.substr(offset, count));
     }
 
-    // The GenICam string converts to a C string implicitly, as hosts expect.
+    /// The GenICam string converts to a C string implicitly, as hosts expect.
     operator const char *() const { return m_str.c_str(); }
 
-    // Access to the underlying standard string; our own addition.
+    /// Access to the underlying standard string; our own addition.
     const std::string &str() const { return m_str; }
 
 private:
@@ -206,7 +207,7 @@ inline gcstring operator+(const char *a, const gcstring &b)
 }
 GCBASE_API std::ostream &operator<<(std::ostream &stream, const gcstring &text);
 
-// A list of strings, as returned by GetSymbolics() and similar calls.
+/// A list of strings, as returned by GetSymbolics() and similar calls.
 class GCBASE_API gcstring_vector {
 public:
     using const_iterator = std::vector<gcstring>::const_iterator;

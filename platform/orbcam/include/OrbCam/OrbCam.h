@@ -1,35 +1,36 @@
-// The camera access API: discover interfaces and cameras, open a camera and
-// reach its parameters.
-//
-//   OrbCam::System *system = OrbCam_GetSystem();
-//   OrbCam::InterfaceList *interfaces = system->GetInterfaces(OrbCam::AllInterfaces);
-//   for (OrbCam::Interface *i = interfaces->First(); i; i = interfaces->Next()) {
-//       bool changed = false;
-//       i->UpdateDeviceList(&changed, 200);
-//       OrbCam::DeviceInfoList *infos = i->GetDeviceInfoList();
-//       ...
-//       infos->Release();
-//   }
-//   OrbCam::Device *device = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0);
-//   OrbGenParam::Array *params = device->GetParams();
-//   ...
-//   OrbCam_ReleaseDevice(device);
-//   OrbCam_ReleaseSystem(system);
-//
-// Ownership: the System owns its interfaces, their parameter arrays and every
-// DeviceInfo it ever reported; these stay valid until the last reference to
-// the System is released, even when a camera disappears (a DeviceInfo of a
-// camera that is gone reports AccessNone). Device-info lists are the caller's
-// and are given back with Release(); the interface list belongs to the System
-// and must not be released. A Device is the caller's until OrbCam_ReleaseDevice.
-//
-// Threads: every operation may be called from any thread; discovery may run
-// on one thread while another reads parameters. Event callbacks come from a
-// thread of the API, never from inside a caller's call.
-//
-// Backends: the embedded default is the simulated camera system (see
-// OrbCamSim.h); real GigE Vision and USB3 Vision cameras will come behind the
-// same interfaces.
+/// \file
+/// The camera access API: discover interfaces and cameras, open a camera and
+/// reach its parameters.
+///
+///   OrbCam::System *system = OrbCam_GetSystem();
+///   OrbCam::InterfaceList *interfaces = system->GetInterfaces(OrbCam::AllInterfaces);
+///   for (OrbCam::Interface *i = interfaces->First(); i; i = interfaces->Next()) {
+///       bool changed = false;
+///       i->UpdateDeviceList(&changed, 200);
+///       OrbCam::DeviceInfoList *infos = i->GetDeviceInfoList();
+///       ...
+///       infos->Release();
+///   }
+///   OrbCam::Device *device = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0);
+///   OrbGenParam::Array *params = device->GetParams();
+///   ...
+///   OrbCam_ReleaseDevice(device);
+///   OrbCam_ReleaseSystem(system);
+///
+/// Ownership: the System owns its interfaces, their parameter arrays and every
+/// DeviceInfo it ever reported; these stay valid until the last reference to
+/// the System is released, even when a camera disappears (a DeviceInfo of a
+/// camera that is gone reports AccessNone). Device-info lists are the caller's
+/// and are given back with Release(); the interface list belongs to the System
+/// and must not be released. A Device is the caller's until OrbCam_ReleaseDevice.
+///
+/// Threads: every operation may be called from any thread; discovery may run
+/// on one thread while another reads parameters. Event callbacks come from a
+/// thread of the API, never from inside a caller's call.
+///
+/// Backends: the embedded default is the simulated camera system (see
+/// OrbCamSim.h); real GigE Vision and USB3 Vision cameras will come behind the
+/// same interfaces.
 #ifndef ORBCAM_ORBCAM_H
 #define ORBCAM_ORBCAM_H
 
@@ -41,7 +42,7 @@
 
 namespace OrbCam {
 
-// Interface::GetType(); anything else is a custom transport.
+/// Interface::GetType(); anything else is a custom transport.
 enum InterfaceType : uint32_t {
     InterfaceUSB3Vision = 1,
     InterfaceGigEVision = 2,
@@ -50,10 +51,10 @@ enum InterfaceType : uint32_t {
     InterfaceHDSDI = 5,
 };
 
-// Type masks for System::GetInterfaces(): bit (type - 1) selects a type.
+/// Type masks for System::GetInterfaces(): bit (type - 1) selects a type.
 enum : uint32_t { AllInterfaces = 255 };
 
-// DeviceInfo::GetAccessStatus().
+/// DeviceInfo::GetAccessStatus().
 enum AccessStatus : uint32_t {
     AccessReadWrite = 1,
     AccessReadOnly = 2,
@@ -61,20 +62,20 @@ enum AccessStatus : uint32_t {
     AccessIPSubnetMismatch = 1001,
 };
 
-// OrbCam_CreateDevice() access: what the caller may do with the camera.
+/// OrbCam_CreateDevice() access: what the caller may do with the camera.
 enum DeviceAccess : uint32_t {
     AccessMonitor = 1, // read only: every feature is at most readable
     AccessControl = 2, // full control: read and write
 };
 
-// Device event numbers.
+/// Device event numbers.
 enum DeviceEvent : uint32_t {
     EventDeviceReturned = 1003, // the camera answers again
     EventDeviceLost = 1004, // the camera stopped answering
 };
 
-// (data, size, context): data points at the event number as a uint32_t and
-// is valid only during the call.
+/// (data, size, context): data points at the event number as a uint32_t and
+/// is valid only during the call.
 typedef void (*EventCallback)(const void *data, size_t size, void *context);
 
 class Interface;
@@ -83,11 +84,11 @@ class DeviceInfo;
 class ORBCAM_API InterfaceList {
 public:
     virtual size_t Size() const = 0;
-    // The first element, or nullptr when the list is empty; Next() walks on
-    // and returns nullptr after the last.
+    /// The first element, or nullptr when the list is empty; Next() walks on
+    /// and returns nullptr after the last.
     virtual Interface *First() = 0;
     virtual Interface *Next() = 0;
-    // Gives a caller-owned list back; for the System's own list it does nothing.
+    /// Gives a caller-owned list back; for the System's own list it does nothing.
     virtual void Release() = 0;
 
 protected:
@@ -99,7 +100,7 @@ public:
     virtual size_t Size() const = 0;
     virtual DeviceInfo *First() = 0;
     virtual DeviceInfo *Next() = 0;
-    // Frees the list (not the device infos, which the System owns).
+    /// Frees the list (not the device infos, which the System owns).
     virtual void Release() = 0;
 
 protected:
@@ -108,11 +109,11 @@ protected:
 
 class ORBCAM_API System {
 public:
-    // The interfaces whose type is selected by typeMask (bit type-1; custom
-    // transports answer to bit 7), in discovery order. Owned by the System;
-    // do not release. Each thread has a list (and a First/Next cursor) of its
-    // own, refreshed by that thread's next call, so threads walking the
-    // interfaces at once never disturb each other.
+    /// The interfaces whose type is selected by typeMask (bit type-1; custom
+    /// transports answer to bit 7), in discovery order. Owned by the System;
+    /// do not release. Each thread has a list (and a First/Next cursor) of its
+    /// own, refreshed by that thread's next call, so threads walking the
+    /// interfaces at once never disturb each other.
     virtual InterfaceList *GetInterfaces(uint32_t typeMask = AllInterfaces) = 0;
 
 protected:
@@ -121,25 +122,25 @@ protected:
 
 class ORBCAM_API Interface {
 public:
-    // Unique, stable ASCII identifier.
+    /// Unique, stable ASCII identifier.
     virtual const char *GetID() const = 0;
     virtual const char *GetDisplayName() const = 0; // UTF-8
     virtual const char *GetDescription() const = 0; // UTF-8
     virtual uint32_t GetType() const = 0;
-    // Looks for cameras for at most timeoutMs milliseconds; *changed (may be
-    // null) tells whether the set of cameras differs from the last call.
+    /// Looks for cameras for at most timeoutMs milliseconds; *changed (may be
+    /// null) tells whether the set of cameras differs from the last call.
     virtual OrbCamErr UpdateDeviceList(bool *changed, uint32_t timeoutMs) = 0;
-    // The cameras found by the last UpdateDeviceList, in discovery order.
-    // The caller releases the list.
+    /// The cameras found by the last UpdateDeviceList, in discovery order.
+    /// The caller releases the list.
     virtual DeviceInfoList *GetDeviceInfoList() = 0;
-    // The interface's own features (DeviceSelector, GevInterfaceSubnetIPAddress,
-    // GevDeviceIPAddress of the selected camera, ...). Owned by the interface.
+    /// The interface's own features (DeviceSelector, GevInterfaceSubnetIPAddress,
+    /// GevDeviceIPAddress of the selected camera, ...). Owned by the interface.
     virtual OrbGenParam::Array *GetParams(OrbCamErr *err = nullptr) = 0;
-    // Holds discovery (UpdateDeviceList, on any thread) off until Unlock, so
-    // that a caller can set DeviceSelector to a camera's GetIndex() and read
-    // the selected camera's features without the cameras being renumbered in
-    // between. Recursive; each Lock is paired with an Unlock on the same
-    // thread. Keep it short: discovery on other threads waits.
+    /// Holds discovery (UpdateDeviceList, on any thread) off until Unlock, so
+    /// that a caller can set DeviceSelector to a camera's GetIndex() and read
+    /// the selected camera's features without the cameras being renumbered in
+    /// between. Recursive; each Lock is paired with an Unlock on the same
+    /// thread. Keep it short: discovery on other threads waits.
     virtual void Lock() = 0;
     virtual void Unlock() = 0;
 
@@ -158,13 +159,13 @@ public:
     virtual const char *GetUserName() const = 0;
     virtual uint32_t GetAccessStatus() const = 0;
     virtual Interface *GetInterface() const = 0;
-    // The camera's place on its interface: the DeviceSelector value that
-    // selects it among the interface's features.
+    /// The camera's place on its interface: the DeviceSelector value that
+    /// selects it among the interface's features.
     virtual uint32_t GetIndex() const = 0;
-    // Gives a GigE Vision camera a new address, mask and gateway (32-bit,
-    // most significant byte first). OrbCamErrInvalidState for a camera on
-    // another kind of interface, OrbCamErrInvalidArgument for address 0 or
-    // a malformed mask, OrbCamErrNoDevice when the camera is gone.
+    /// Gives a GigE Vision camera a new address, mask and gateway (32-bit,
+    /// most significant byte first). OrbCamErrInvalidState for a camera on
+    /// another kind of interface, OrbCamErrInvalidArgument for address 0 or
+    /// a malformed mask, OrbCamErrNoDevice when the camera is gone.
     virtual OrbCamErr ForceIP(uint32_t address, uint32_t mask, uint32_t gateway) = 0;
 
 protected:
@@ -173,17 +174,17 @@ protected:
 
 class ORBCAM_API Device {
 public:
-    // The camera's features. Owned by the device.
+    /// The camera's features. Owned by the device.
     virtual OrbGenParam::Array *GetParams(OrbCamErr *err = nullptr) = 0;
     virtual DeviceInfo *GetInfo() const = 0;
-    // False while the camera is lost.
+    /// False while the camera is lost.
     virtual bool IsConnected() const = 0;
-    // Calls callback(data, size, context) on every event of that number, on
-    // a thread of the API. The same (event, callback, context) twice is
-    // registered once.
+    /// Calls callback(data, size, context) on every event of that number, on
+    /// a thread of the API. The same (event, callback, context) twice is
+    /// registered once.
     virtual OrbCamErr RegisterEventCallback(uint32_t event, EventCallback callback, void *context)
         = 0;
-    // After it returns the callback is not called again for that event.
+    /// After it returns the callback is not called again for that event.
     virtual OrbCamErr UnregisterEventCallback(uint32_t event, EventCallback callback, void *context)
         = 0;
 
@@ -193,17 +194,17 @@ protected:
 
 } // namespace OrbCam
 
-// The system (shared: every call returns the same one and counts a
-// reference). nullptr with *err set when the system cannot start (a malformed
-// simulation set-up, for instance).
+/// The system (shared: every call returns the same one and counts a
+/// reference). nullptr with *err set when the system cannot start (a malformed
+/// simulation set-up, for instance).
 ORBCAM_API OrbCam::System *OrbCam_GetSystem(OrbCamErr *err = nullptr);
-// Gives one reference back; the last one frees the system.
+/// Gives one reference back; the last one frees the system.
 ORBCAM_API void OrbCam_ReleaseSystem(OrbCam::System *system);
 
-// Opens the camera described by info. access is an OrbCam::DeviceAccess;
-// flags must be 0. nullptr with *err set when the camera is gone
-// (OrbCamErrNoDevice), cannot be reached (OrbCamErrInvalidState: access
-// status AccessNone or AccessIPSubnetMismatch) or an argument is wrong.
+/// Opens the camera described by info. access is an OrbCam::DeviceAccess;
+/// flags must be 0. nullptr with *err set when the camera is gone
+/// (OrbCamErrNoDevice), cannot be reached (OrbCamErrInvalidState: access
+/// status AccessNone or AccessIPSubnetMismatch) or an argument is wrong.
 ORBCAM_API OrbCam::Device *OrbCam_CreateDevice(OrbCam::DeviceInfo *info, uint32_t access,
                                                uint32_t flags, OrbCamErr *err = nullptr);
 ORBCAM_API void OrbCam_ReleaseDevice(OrbCam::Device *device);

@@ -1,21 +1,22 @@
-// Control of the simulated camera system, for tests and the demo.
-//
-// The simulation starts with a default set-up: a GigE Vision interface (a
-// network card 192.168.1.10/24) with two cameras, one inside the card's
-// subnet and one outside it (access status AccessIPSubnetMismatch), a USB3
-// Vision interface with one camera, and a CoaXPress interface with none.
-// Configure() replaces it with a set-up described in JSON:
-//
-//   { "interfaces": [
-//       { "id": "GEV0", "type": "GigEVision", "displayName": "...",
-//         "ip": "192.168.1.10", "mask": "255.255.255.0", "mac": "00:0C:29:00:00:01",
-//         "cameras": [ { "model": "orbsim-c2000", "serial": "C2-0001",
-//                        "ip": "192.168.1.20", "userName": "Line 1" } ] },
-//       { "id": "U3V0", "type": "USB3Vision", "cameras": [ { "model": "orbsim-m1300" } ] } ] }
-//
-// Camera models are GenICam descriptions in the cameras folder (see
-// OrbCamSim_CamerasDir()). All functions are thread-safe and return
-// OrbCamErr; cameras are named by their DeviceInfo identifier.
+/// \file
+/// Control of the simulated camera system, for tests and the demo.
+///
+/// The simulation starts with a default set-up: a GigE Vision interface (a
+/// network card 192.168.1.10/24) with two cameras, one inside the card's
+/// subnet and one outside it (access status AccessIPSubnetMismatch), a USB3
+/// Vision interface with one camera, and a CoaXPress interface with none.
+/// Configure() replaces it with a set-up described in JSON:
+///
+///   { "interfaces": [
+///       { "id": "GEV0", "type": "GigEVision", "displayName": "...",
+///         "ip": "192.168.1.10", "mask": "255.255.255.0", "mac": "00:0C:29:00:00:01",
+///         "cameras": [ { "model": "orbsim-c2000", "serial": "C2-0001",
+///                        "ip": "192.168.1.20", "userName": "Line 1" } ] },
+///       { "id": "U3V0", "type": "USB3Vision", "cameras": [ { "model": "orbsim-m1300" } ] } ] }
+///
+/// Camera models are GenICam descriptions in the cameras folder (see
+/// OrbCamSim_CamerasDir()). All functions are thread-safe and return
+/// OrbCamErr; cameras are named by their DeviceInfo identifier.
 #ifndef ORBCAM_ORBCAMSIM_H
 #define ORBCAM_ORBCAMSIM_H
 
@@ -26,51 +27,51 @@
 
 namespace OrbCamSim {
 
-// Replaces the simulated set-up. Only while no System is in use
-// (OrbCamErrInvalidState otherwise); OrbCamErrWrongConfiguration for malformed
-// JSON or an unknown model, with the reason in *why when given.
+/// Replaces the simulated set-up. Only while no System is in use
+/// (OrbCamErrInvalidState otherwise); OrbCamErrWrongConfiguration for malformed
+/// JSON or an unknown model, with the reason in *why when given.
 ORBCAM_API OrbCamErr Configure(const std::string &json, std::string *why = nullptr);
 ORBCAM_API OrbCamErr ConfigureFromFile(const std::string &path, std::string *why = nullptr);
-// Back to the default set-up (only while no System is in use).
+/// Back to the default set-up (only while no System is in use).
 ORBCAM_API OrbCamErr Reset();
 
-// The folder that holds the camera models; settable for installed layouts.
+/// The folder that holds the camera models; settable for installed layouts.
 ORBCAM_API std::string CamerasDir();
 ORBCAM_API void SetCamerasDir(const std::string &path);
 
-// A new camera on an interface of the running system; seen by the next
-// UpdateDeviceList. *id receives its identifier.
+/// A new camera on an interface of the running system; seen by the next
+/// UpdateDeviceList. *id receives its identifier.
 ORBCAM_API OrbCamErr AddCamera(const std::string &interfaceId, const std::string &model,
                                const std::string &serial, std::string *id = nullptr);
-// The camera disappears from its interface (its DeviceInfo stays valid and
-// reports AccessNone; an open Device loses it, event 1004).
+/// The camera disappears from its interface (its DeviceInfo stays valid and
+/// reports AccessNone; an open Device loses it, event 1004).
 ORBCAM_API OrbCamErr RemoveCamera(const std::string &deviceId);
-// The camera stops answering (event 1004 to open devices) and comes back
-// (event 1003). While lost every access fails with OrbCamErrNoDevice (and in
-// GenApi with an AccessException naming the camera).
+/// The camera stops answering (event 1004 to open devices) and comes back
+/// (event 1003). While lost every access fails with OrbCamErrNoDevice (and in
+/// GenApi with an AccessException naming the camera).
 ORBCAM_API OrbCamErr LoseCamera(const std::string &deviceId);
 ORBCAM_API OrbCamErr RegainCamera(const std::string &deviceId);
 
-// The access status the camera reports while listed, as if another
-// application held it: OrbCam::AccessReadOnly (opened for control elsewhere:
-// it can be opened for monitoring only) or OrbCam::AccessNone (it cannot be
-// opened). 0 returns to the status the simulation computes (ReadWrite, or
-// IP subnet mismatch). OrbCamErrInvalidArgument for any other status.
+/// The access status the camera reports while listed, as if another
+/// application held it: OrbCam::AccessReadOnly (opened for control elsewhere:
+/// it can be opened for monitoring only) or OrbCam::AccessNone (it cannot be
+/// opened). 0 returns to the status the simulation computes (ReadWrite, or
+/// IP subnet mismatch). OrbCamErrInvalidArgument for any other status.
 ORBCAM_API OrbCamErr SetAccessStatus(const std::string &deviceId, uint32_t status);
 
-// While withheld, the camera's devices answer GetParams with no array and
-// OrbCamErrFileRead, as if its description could not be read.
+/// While withheld, the camera's devices answer GetParams with no array and
+/// OrbCamErrFileRead, as if its description could not be read.
 ORBCAM_API OrbCamErr WithholdParams(const std::string &deviceId, bool withheld);
 
 enum FailMode : uint32_t { FailRead = 1, FailWrite = 2, FailReadWrite = 3 };
-// Makes every register behind a feature fail until cleared.
+/// Makes every register behind a feature fail until cleared.
 ORBCAM_API OrbCamErr FailFeature(const std::string &deviceId, const std::string &feature,
                                  uint32_t mode = FailReadWrite);
 ORBCAM_API OrbCamErr ClearFailures(const std::string &deviceId);
 
-// The simulation clock (milliseconds) that drives temperature drift and
-// frame timing. By default it follows the real clock; once set it stands
-// still except for AdvanceClock, so that tests are deterministic.
+/// The simulation clock (milliseconds) that drives temperature drift and
+/// frame timing. By default it follows the real clock; once set it stands
+/// still except for AdvanceClock, so that tests are deterministic.
 ORBCAM_API void SetClock(int64_t milliseconds);
 ORBCAM_API void AdvanceClock(int64_t milliseconds);
 ORBCAM_API int64_t Clock();
