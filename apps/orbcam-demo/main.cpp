@@ -10,6 +10,7 @@
 #include <GenApi/GenApi.h>
 #include <OrbCam/OrbCam.h>
 #include <OrbCam/OrbCamSim.h>
+#include <OrbGui/orbguitranslations.h>
 #include <OrbGui/orbcameraselectordialog.h>
 #include <OrbGui/orbcamconfig.h>
 #include <OrbGui/orbcamconfigcolordialog.h>
@@ -394,6 +395,9 @@ int main(int argc, char **argv)
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("orbcam-demo"));
+    // The library's windows in the user's language (LANG), where there is a
+    // translation.
+    OrbGui::installTranslations();
     QCommandLineParser options;
     options.setApplicationDescription(
         QStringLiteral("The windows of libOrbCameraGuiApi on simulated cameras."));

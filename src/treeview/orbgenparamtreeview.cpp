@@ -589,7 +589,8 @@ void OrbGenParamTreeViewPrivate::showErrors()
     for (const auto &[name, ids] : errors)
         for (const auto &[id, message] : ids)
             content += QStringLiteral("{%1}{id:%3}: %2 \n").arg(name, message).arg(id);
-    text->setPlainText(errors.empty() ? QStringLiteral("No Errors") : content);
+    text->setPlainText(errors.empty() ? QCoreApplication::translate("GenErrorsDlg", "No Errors")
+                                      : content);
     // Large enough for its text (within most of the screen), never smaller
     // than the form's 400 x 171: long messages were cut.
     const QFontMetrics metrics(text->font());
