@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <list>
 #include <unordered_set>
@@ -325,9 +326,11 @@ void GenParamTreeModelPrivate::announceChanges()
     Q_Q(GenParamTreeModel);
     std::vector<ItemEntry *> changed;
     changed.swap(pendingChanges);
+    // Grouped by parent (any order of the groups will do), rows ascending.
     std::sort(changed.begin(), changed.end(), [](const ItemEntry *a, const ItemEntry *b) {
-        return std::pair(a->second.parent, a->second.row)
-            < std::pair(b->second.parent, b->second.row);
+        if (a->second.parent != b->second.parent)
+            return std::less<const ItemEntry *>()(a->second.parent, b->second.parent);
+        return a->second.row < b->second.row;
     });
     for (size_t first = 0; first < changed.size();) {
         size_t last = first;
