@@ -150,11 +150,11 @@ private:
         node->setLine(lineOf(element));
         if (equalsIgnoreCase(element.attribute("NameSpace").value(), "Standard"))
             node->setNameSpace(Standard);
-        const std::string name = node->name();
-        if (Node *added = m_map.add(std::move(node), true))
+        if (Node *added = m_map.add(node, true))
             return added;
         throw PROPERTY_EXCEPTION("line %u: node '%s' is defined twice (first at line %u)",
-                                 lineOf(element), name.c_str(), m_map.find(name)->line());
+                                 lineOf(element), node->name().c_str(),
+                                 m_map.find(node->name())->line());
     }
 
     void applyProperties(Node &node, const pugi::xml_node &element)
@@ -198,8 +198,8 @@ private:
 
     void loadNode(const pugi::xml_node &element, std::string_view type)
     {
-        const std::string name(trim(element.attribute("Name").value()));
-        std::unique_ptr<Node> node = create(type, name);
+        const std::string_view name = trim(element.attribute("Name").value());
+        std::unique_ptr<Node> node = create(type, std::string(name));
         if (!node)
             return; // an element this interpreter does not know
         if (name.empty())
@@ -220,10 +220,10 @@ private:
 
     void loadInlineAddress(Node &owner, RegisterCore &core, const pugi::xml_node &element)
     {
-        auto node = std::make_unique<IntSwissKnife>(
+        std::unique_ptr<Node> node = std::make_unique<IntSwissKnife>(
             m_map, owner.name() + "#Address" + std::to_string(++m_inlineCount));
         node->setLine(lineOf(element));
-        Node *added = m_map.add(std::move(node), false);
+        Node *added = m_map.add(node, false);
         applyProperties(*added, element);
         core.addAddressNode(added);
     }

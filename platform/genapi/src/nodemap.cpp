@@ -201,7 +201,7 @@ Node *NodeMap::find(std::string_view name) const
     return it == m_byName.end() ? nullptr : it->second;
 }
 
-Node *NodeMap::add(std::unique_ptr<Node> node, bool named)
+Node *NodeMap::add(std::unique_ptr<Node> &node, bool named)
 {
     Node *raw = node.get();
     if (named) {

@@ -48,9 +48,10 @@ public:
 
     // --- loading ---
     Node *find(std::string_view name) const;
-    // Adds a node; named nodes can be found by GetNode(). Null, and the node
-    // dropped, when a named node of that name is there already.
-    Node *add(std::unique_ptr<Node> node, bool named);
+    // Takes the node over; named nodes can be found by GetNode(). Null, and
+    // the node left with the caller, when a named node of that name is there
+    // already.
+    Node *add(std::unique_ptr<Node> &node, bool named);
     // Room for about this many nodes, so that loading does not rehash.
     void reserve(size_t nodes);
     bool contains(const std::string &name) const { return m_byName.count(name) != 0; }
