@@ -7,10 +7,23 @@
 #include <OrbGui/orbguitranslations.h>
 
 #include <QComboBox>
+#include <QMainWindow>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QtTest>
+
+namespace {
+
+QStringList menuTitles(const QMainWindow &window)
+{
+    QStringList titles;
+    for (QAction *action : window.menuBar()->actions())
+        titles << action->text();
+    return titles;
+}
+
+} // namespace
 
 class tst_Translations : public QObject {
     Q_OBJECT
@@ -26,12 +39,9 @@ void tst_Translations::englishNeedsNothing()
     OrbCamTest::SystemRef sim;
     OrbCamTest::DeviceRef camera(sim.cameras("U3V0").front());
     QVERIFY(camera.device);
-    OrbGui::OrbCamConfig window(camera.device);
-    QStringList menus;
-    for (QAction *action : window.menuBar()->actions())
-        menus << action->text();
+    const OrbGui::OrbCamConfig window(camera.device);
     QCOMPARE(
-        menus,
+        menuTitles(window),
         QStringList({ QStringLiteral("Menu"), QStringLiteral("View"), QStringLiteral("Help") }));
 }
 
@@ -45,11 +55,8 @@ void tst_Translations::germanWindows()
     OrbCamTest::SystemRef sim;
     OrbCamTest::DeviceRef camera(sim.cameras("U3V0").front());
     QVERIFY(camera.device);
-    OrbGui::OrbCamConfig window(camera.device);
-    QStringList menus;
-    for (QAction *action : window.menuBar()->actions())
-        menus << action->text();
-    QCOMPARE(menus,
+    const OrbGui::OrbCamConfig window(camera.device);
+    QCOMPARE(menuTitles(window),
              QStringList(
                  { QStringLiteral("Menü"), QStringLiteral("Ansicht"), QStringLiteral("Hilfe") }));
     auto *frameA = window.findChild<QLabel *>(QStringLiteral("lblFrameA"));
