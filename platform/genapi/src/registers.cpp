@@ -150,8 +150,8 @@ int64_t RegisterCore::address()
         // Without Offset or pOffset the index counts whole registers: an
         // indexed register is an array of registers of its own length, and
         // a step of one byte would make neighbouring entries overlap. The
-        // standard leaves the default open; of the open implementations,
-        // Aravis steps by the length too.
+        // standard leaves the default open, and the open implementations
+        // differ (one byte, or the register's length).
         const int64_t offset = index.pOffset.node ? index.pOffset.node->getInt(false)
             : index.offset                        ? *index.offset
                                                   : length();
