@@ -318,7 +318,7 @@ void OrbGenParamTreeViewPrivate::fitNameColumn()
     forEachBelow(model, QModelIndex(),
                  [&](const QModelIndex &index, const QModelIndex &, int, int depth) {
                      // Categories span both columns and do not count.
-                     if (!(model->flags(index) & Qt::ItemNeverHasChildren))
+                     if (isCategory(index))
                          return true;
                      std::vector<QString> &names = longest[depth];
                      QString name = index.data().toString();
@@ -393,12 +393,11 @@ bool OrbGenParamTreeViewPrivate::treeKeyPress(QKeyEvent *event)
     }
 }
 
+// The model marks every row that is not a category as one that never has
+// children; asking the flags costs no node access.
 bool OrbGenParamTreeViewPrivate::isCategory(const QModelIndex &index) const
 {
-    // An index without a node is a programming error: the smart pointer
-    // reports it as GenICam's "NULL pointer dereferenced".
-    CValuePtr value(index.data(ValuePointerRole).value<IValue *>());
-    return value->GetNode()->GetPrincipalInterfaceType() == intfICategory;
+    return !(index.flags() & Qt::ItemNeverHasChildren);
 }
 
 // Spans the categories among the rows first..last of parent and every
@@ -413,7 +412,7 @@ void OrbGenParamTreeViewPrivate::setSpanForChildren(const QModelIndex &parent, i
     std::vector<QModelIndex> categories;
     for (int row = first; row <= last; ++row) {
         const QModelIndex index = model->index(row, 0, parent);
-        if (!(model->flags(index) & Qt::ItemNeverHasChildren))
+        if (isCategory(index))
             categories.push_back(index);
     }
     while (!categories.empty()) {
@@ -422,7 +421,7 @@ void OrbGenParamTreeViewPrivate::setSpanForChildren(const QModelIndex &parent, i
         ui.treeView->setFirstColumnSpanned(category.row(), category.parent(), true);
         for (int row = 0; row < model->rowCount(category); ++row) {
             const QModelIndex index = model->index(row, 0, category);
-            if (!(model->flags(index) & Qt::ItemNeverHasChildren))
+            if (isCategory(index))
                 categories.push_back(index);
         }
     }
