@@ -26,6 +26,7 @@ private Q_SLOTS:
     void brokenZipData();
     void missingFile();
     void secondLoadIsALogicError();
+    void textTakenOverOutlivesTheCaller();
     void unloadedReferenceIsALogicError();
     void copiesShareTheNodeMap();
     void nodeMapIdentity();
@@ -404,6 +405,47 @@ void tst_GenApiLoader::secondLoadIsALogicError()
     const std::string xml = description("<Integer Name=\"A\"><Value>1</Value></Integer>");
     map._LoadXMLFromString(xml.c_str());
     VERIFY_THROWS(map._LoadXMLFromString(xml.c_str()), "LogicalErrorException", "already loaded");
+}
+
+// The node map keeps the text it was given and its nodes read their names,
+// tool tips and formulas from it: everything must read back after the
+// caller's copy is gone, entities decoded and comment-split text joined.
+void tst_GenApiLoader::textTakenOverOutlivesTheCaller()
+{
+    CNodeMapRef map;
+    {
+        gcstring text(
+            description("<Integer Name=\"LongEnoughNotToFitInAnySmallStringBuffer\">"
+                        "<ToolTip>Gain &amp; offset, in  <!-- not this -->dB</ToolTip>"
+                        "<DisplayName> Spaced &lt;name&gt; </DisplayName>"
+                        "<Value>7</Value><Unit>dB</Unit></Integer>"
+                        "<IntSwissKnife Name=\"Twice\"><pVariable Name=\"V\">"
+                        "LongEnoughNotToFitInAnySmallStringBuffer</pVariable>"
+                        "<Formula>V <!-- times --> * 2</Formula></IntSwissKnife>"
+                        "<Enumeration Name=\"Mode\"><EnumEntry Name=\"Continuous\"><Value>0</Value>"
+                        "</EnumEntry><Value>0</Value></Enumeration>"));
+        map._LoadXMLFromString(std::move(text));
+        QVERIFY(text.empty());
+        // A second load refuses before it takes anything.
+        gcstring again("<RegisterDescription/>");
+        VERIFY_THROWS(map._LoadXMLFromString(std::move(again)), "LogicalErrorException",
+                      "already loaded");
+        QCOMPARE(QString::fromUtf8(again.c_str()), QStringLiteral("<RegisterDescription/>"));
+    }
+    CIntegerPtr value = map._GetNode("LongEnoughNotToFitInAnySmallStringBuffer");
+    QVERIFY(value.IsValid());
+    QCOMPARE(QString::fromUtf8(value->GetNode()->GetToolTip().c_str()),
+             QStringLiteral("Gain & offset, in  dB"));
+    QCOMPARE(QString::fromUtf8(value->GetNode()->GetDisplayName().c_str()),
+             QStringLiteral("Spaced <name>"));
+    QCOMPARE(QString::fromUtf8(value->GetUnit().c_str()), QStringLiteral("dB"));
+    CIntegerPtr twice = map._GetNode("Twice");
+    QCOMPARE(twice->GetValue(), int64_t(14));
+    value->SetValue(21);
+    QCOMPARE(twice->GetValue(), int64_t(42));
+    CEnumerationPtr mode = map._GetNode("Mode");
+    QCOMPARE(QString::fromUtf8(mode->ToString().c_str()), QStringLiteral("Continuous"));
+    QVERIFY(map._GetNode("EnumEntry_Mode_Continuous") != nullptr);
 }
 
 void tst_GenApiLoader::unloadedReferenceIsALogicError()

@@ -79,9 +79,9 @@ using impl::equalsIgnoreCase;
 namespace {
 
 template <class E, size_t N>
-bool lookup(const gcstring &text, E *value, const std::pair<const char *, E> (&table)[N])
+bool lookup(std::string_view text, E *value, const std::pair<const char *, E> (&table)[N])
 {
-    const std::string_view t = impl::trim(text.str());
+    const std::string_view t = impl::trim(text);
     for (const auto &entry : table) {
         if (equalsIgnoreCase(t, entry.first)) {
             if (value)
@@ -143,7 +143,7 @@ gcstring EAccessModeClass::ToString(EAccessMode value)
 }
 bool EAccessModeClass::FromString(const gcstring &text, EAccessMode *value)
 {
-    return lookup(text, value, accessModes);
+    return lookup(text.str(), value, accessModes);
 }
 gcstring EVisibilityClass::ToString(EVisibility value)
 {
@@ -151,7 +151,7 @@ gcstring EVisibilityClass::ToString(EVisibility value)
 }
 bool EVisibilityClass::FromString(const gcstring &text, EVisibility *value)
 {
-    return lookup(text, value, visibilities);
+    return lookup(text.str(), value, visibilities);
 }
 gcstring ECachingModeClass::ToString(ECachingMode value)
 {
@@ -159,7 +159,7 @@ gcstring ECachingModeClass::ToString(ECachingMode value)
 }
 bool ECachingModeClass::FromString(const gcstring &text, ECachingMode *value)
 {
-    return lookup(text, value, cachingModes);
+    return lookup(text.str(), value, cachingModes);
 }
 gcstring ERepresentationClass::ToString(ERepresentation value)
 {
@@ -167,7 +167,7 @@ gcstring ERepresentationClass::ToString(ERepresentation value)
 }
 bool ERepresentationClass::FromString(const gcstring &text, ERepresentation *value)
 {
-    return lookup(text, value, representations);
+    return lookup(text.str(), value, representations);
 }
 gcstring EDisplayNotationClass::ToString(EDisplayNotation value)
 {
@@ -175,7 +175,7 @@ gcstring EDisplayNotationClass::ToString(EDisplayNotation value)
 }
 bool EDisplayNotationClass::FromString(const gcstring &text, EDisplayNotation *value)
 {
-    return lookup(text, value, notations);
+    return lookup(text.str(), value, notations);
 }
 
 gcstring EInterfaceTypeClass::ToString(EInterfaceType value)
@@ -192,5 +192,28 @@ void Deregister(CallbackHandleType hCallback)
     if (impl::Node *node = impl::nodeForHandle(hCallback))
         node->DeregisterCallback(hCallback);
 }
+
+namespace impl {
+bool parseEnum(std::string_view text, EAccessMode &value)
+{
+    return lookup(text, &value, accessModes);
+}
+bool parseEnum(std::string_view text, EVisibility &value)
+{
+    return lookup(text, &value, visibilities);
+}
+bool parseEnum(std::string_view text, ECachingMode &value)
+{
+    return lookup(text, &value, cachingModes);
+}
+bool parseEnum(std::string_view text, ERepresentation &value)
+{
+    return lookup(text, &value, representations);
+}
+bool parseEnum(std::string_view text, EDisplayNotation &value)
+{
+    return lookup(text, &value, notations);
+}
+} // namespace impl
 
 } // namespace GenApi_3_0

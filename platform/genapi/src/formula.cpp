@@ -1,7 +1,6 @@
 #include "formula.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -94,13 +93,36 @@ const Function functions[] = {
     { "ACOS", Formula::Op::FnAcos, 1, 1 },
 };
 
+// Character classes in ASCII: the <cctype> ones follow the host's C locale,
+// and a formula must read the same in every process.
+bool isSpace(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
+}
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+bool isAlpha(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+bool isAlnum(char c)
+{
+    return isAlpha(c) || isDigit(c);
+}
+char toUpper(char c)
+{
+    return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c;
+}
+
 bool equalsIgnoreCase(const std::string &a, const char *b)
 {
     const size_t n = std::strlen(b);
     if (a.size() != n)
         return false;
     for (size_t i = 0; i < n; ++i) {
-        if (std::toupper(static_cast<unsigned char>(a[i])) != b[i])
+        if (toUpper(a[i]) != b[i])
             return false;
     }
     return true;
@@ -139,7 +161,7 @@ private:
 
     void skipSpace()
     {
-        while (m_pos < m_text.size() && std::isspace(static_cast<unsigned char>(m_text[m_pos])))
+        while (m_pos < m_text.size() && isSpace(m_text[m_pos]))
             ++m_pos;
     }
 
@@ -356,9 +378,9 @@ private:
                 fail("expected ')'");
             return inner;
         }
-        if (std::isdigit(static_cast<unsigned char>(ch)) || ch == '.')
+        if (isDigit(ch) || ch == '.')
             return parseNumber();
-        if (std::isalpha(static_cast<unsigned char>(ch)) || ch == '_')
+        if (isAlpha(ch) || ch == '_')
             return parseIdentifier();
         fail("unexpected '" + std::string(1, ch) + "'");
     }
@@ -394,8 +416,7 @@ private:
                 m_out.m_needsFloat = true;
         }
         m_pos += static_cast<size_t>(end - begin);
-        if (m_pos < m_text.size()
-            && (std::isalnum(static_cast<unsigned char>(m_text[m_pos])) || m_text[m_pos] == '_'))
+        if (m_pos < m_text.size() && (isAlnum(m_text[m_pos]) || m_text[m_pos] == '_'))
             fail("malformed number");
         return add(n);
     }
@@ -404,8 +425,7 @@ private:
     {
         const size_t start = m_pos;
         while (m_pos < m_text.size()
-               && (std::isalnum(static_cast<unsigned char>(m_text[m_pos])) || m_text[m_pos] == '_'
-                   || m_text[m_pos] == '.'))
+               && (isAlnum(m_text[m_pos]) || m_text[m_pos] == '_' || m_text[m_pos] == '.'))
             ++m_pos;
         const std::string name = m_text.substr(start, m_pos - start);
 

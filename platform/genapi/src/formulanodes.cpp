@@ -31,12 +31,13 @@ bool FormulaScope::applyProperty(const Property &p)
         auto value = parseDouble(p.text);
         if (!value)
             throw PROPERTY_EXCEPTION("line %u: <Constant Name=\"%s\"> '%.*s' is not a number",
-                                     p.line, v.name.c_str(), int(p.text.size()), p.text.data());
+                                     p.line(), std::string(v.name).c_str(), int(p.text.size()),
+                                     p.text.data());
         v.isConstant = true;
         v.constant = *value;
     } else {
         v.isExpression = true;
-        v.expressionText = std::string(p.text);
+        v.expressionText = p.text;
     }
     m_variables.push_back(std::move(v));
     return true;
@@ -49,24 +50,27 @@ void FormulaScope::collectRefs(std::vector<Ref *> &reading)
             reading.push_back(&v.ref);
 }
 
-Formula FormulaScope::parse(Node &owner, const std::string &text, uint32_t line,
+Formula FormulaScope::parse(Node &owner, std::string_view text, SourcePos pos,
                             const std::vector<std::string> &specials)
 {
+    // Only messages need these.
+    auto line = [&] { return owner.map().lineAt(pos); };
+    auto ownerName = [&] { return std::string(owner.name()); };
     // Every formula of one node shares the variables; FROM/TO take the
     // first index so that converters can use one name list.
     std::vector<std::string> names = specials;
     for (const Variable &v : m_variables)
-        names.push_back(v.name);
+        names.emplace_back(v.name);
     m_specialCount = specials.size();
     for (const Variable &v : m_variables) {
         if (v.name.empty())
-            throw PROPERTY_EXCEPTION("line %u: node '%s': a variable has no Name attribute", line,
-                                     owner.name().c_str());
+            throw PROPERTY_EXCEPTION("line %u: node '%s': a variable has no Name attribute", line(),
+                                     ownerName().c_str());
     }
     try {
         for (Variable &v : m_variables)
             if (v.isExpression && v.expression.isEmpty())
-                v.expression = Formula::parse(v.expressionText, names);
+                v.expression = Formula::parse(std::string(v.expressionText), names);
         // A constant with a fraction is a literal by name, and an expression
         // that needs floating point passes the need on: every formula that
         // uses either needs it too, through any chain of expressions (repeat
@@ -92,12 +96,12 @@ Formula FormulaScope::parse(Node &owner, const std::string &text, uint32_t line,
                     changed = true;
                 }
         }
-        Formula formula = Formula::parse(text, names);
+        Formula formula = Formula::parse(std::string(text), names);
         if (usesFloatExpression(formula))
             formula.requireFloat();
         return formula;
     } catch (const std::invalid_argument &e) {
-        throw PROPERTY_EXCEPTION("line %u: node '%s': %s", line, owner.name().c_str(), e.what());
+        throw PROPERTY_EXCEPTION("line %u: node '%s': %s", line(), ownerName().c_str(), e.what());
     }
 }
 
@@ -112,7 +116,7 @@ int64_t FormulaScope::intVariable(int index)
     if (v.isExpression) {
         if (++m_expressionDepth > MaxExpressionDepth) {
             m_expressionDepth = 0;
-            m_owner->throwRuntime("expression '" + v.name + "' refers to itself");
+            m_owner->throwRuntime("expression '" + std::string(v.name) + "' refers to itself");
         }
         const int64_t value = v.expression.evaluateInt(*this);
         --m_expressionDepth;
@@ -132,7 +136,7 @@ double FormulaScope::floatVariable(int index)
     if (v.isExpression) {
         if (++m_expressionDepth > MaxExpressionDepth) {
             m_expressionDepth = 0;
-            m_owner->throwRuntime("expression '" + v.name + "' refers to itself");
+            m_owner->throwRuntime("expression '" + std::string(v.name) + "' refers to itself");
         }
         const double value = v.expression.evaluateFloat(*this);
         --m_expressionDepth;
@@ -201,8 +205,8 @@ double FormulaScope::evaluateFloat(Node &owner, const Formula &formula, double s
 bool IntSwissKnife::applyProperty(const Property &p)
 {
     if (p.name == "Formula") {
-        m_text = std::string(p.text);
-        m_formulaLine = p.line;
+        m_text = p.text;
+        m_formulaPos = p.pos();
         return true;
     }
     if (m_scope.applyProperty(p))
@@ -219,8 +223,9 @@ void IntSwissKnife::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> 
 void IntSwissKnife::finishLoad()
 {
     if (m_text.empty())
-        throw PROPERTY_EXCEPTION("line %u: node '%s' has no Formula", m_line, m_name.c_str());
-    m_formula = m_scope.parse(*this, m_text, m_formulaLine, {});
+        throw PROPERTY_EXCEPTION("line %u: node '%s' has no Formula", line(),
+                                 std::string(m_name).c_str());
+    m_formula = m_scope.parse(*this, m_text, m_formulaPos, {});
 }
 
 int64_t IntSwissKnife::doGetInt(bool)
@@ -231,8 +236,8 @@ int64_t IntSwissKnife::doGetInt(bool)
 bool SwissKnife::applyProperty(const Property &p)
 {
     if (p.name == "Formula") {
-        m_text = std::string(p.text);
-        m_formulaLine = p.line;
+        m_text = p.text;
+        m_formulaPos = p.pos();
         return true;
     }
     if (m_scope.applyProperty(p))
@@ -249,8 +254,9 @@ void SwissKnife::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &ot
 void SwissKnife::finishLoad()
 {
     if (m_text.empty())
-        throw PROPERTY_EXCEPTION("line %u: node '%s' has no Formula", m_line, m_name.c_str());
-    m_formula = m_scope.parse(*this, m_text, m_formulaLine, {});
+        throw PROPERTY_EXCEPTION("line %u: node '%s' has no Formula", line(),
+                                 std::string(m_name).c_str());
+    m_formula = m_scope.parse(*this, m_text, m_formulaPos, {});
 }
 
 double SwissKnife::doGetFloat(bool)
@@ -265,11 +271,11 @@ bool ConverterCore::applyProperty(Node &owner, const Property &p)
 {
     const std::string_view n = p.name;
     if (n == "FormulaTo") {
-        toText = std::string(p.text);
-        toLine = p.line;
+        toText = p.text;
+        toPos = p.pos();
     } else if (n == "FormulaFrom") {
-        fromText = std::string(p.text);
-        fromLine = p.line;
+        fromText = p.text;
+        fromPos = p.pos();
     } else if (n == "pValue")
         pValue = propertyRef(p);
     else if (n == "Slope") {
@@ -301,12 +307,12 @@ void ConverterCore::finishLoad(Node &owner)
 {
     if (!pValue.isSet())
         throw PROPERTY_EXCEPTION("line %u: node '%s' has no pValue", owner.line(),
-                                 owner.name().c_str());
+                                 std::string(owner.name()).c_str());
     if (toText.empty() || fromText.empty())
         throw PROPERTY_EXCEPTION("line %u: node '%s' needs both FormulaTo and FormulaFrom",
-                                 owner.line(), owner.name().c_str());
-    to = scope.parse(owner, toText, toLine, { "FROM" });
-    from = scope.parse(owner, fromText, fromLine, { "TO" });
+                                 owner.line(), std::string(owner.name()).c_str());
+    to = scope.parse(owner, toText, toPos, { "FROM" });
+    from = scope.parse(owner, fromText, fromPos, { "TO" });
 }
 
 // FormulaFrom at one of the raw node's integer limits. In 64-bit integers a

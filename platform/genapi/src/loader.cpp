@@ -19,43 +19,21 @@ constexpr zip_uint64_t MaxDescriptionSize = zip_uint64_t(512) << 20;
 
 class Loader {
 public:
-    // The line index keeps one count per block of the text, not one entry
-    // per newline: a hostile file of nothing but newlines must not cost
-    // eight times its size. Lookups come mostly in document order, so one
-    // counts on from the last when it is near, else from its block's start.
-    Loader(NodeMap &map, const char *buffer, size_t size, uint32_t skippedLines)
+    Loader(NodeMap &map, const LineIndex &lines)
         : m_map(map)
-        , m_skippedLines(skippedLines)
-        , m_buffer(buffer)
-        , m_size(size)
+        , m_lines(lines)
     {
-        m_linesBefore.reserve(size / LineBlock + 2);
-        uint32_t lines = 0;
-        for (size_t start = 0; start <= size; start += LineBlock) {
-            m_linesBefore.push_back(lines);
-            const char *begin = buffer + start;
-            lines += static_cast<uint32_t>(
-                std::count(begin, begin + std::min(LineBlock, size - start), '\n'));
-        }
     }
 
-    uint32_t lineAt(ptrdiff_t offset) const
+    uint32_t lineOf(const pugi::xml_node &node) const
     {
-        if (offset < 0 || static_cast<size_t>(offset) > m_size)
-            return 0;
-        const size_t at = static_cast<size_t>(offset);
-        size_t from = at - at % LineBlock;
-        uint32_t before = m_linesBefore[at / LineBlock];
-        if (at >= m_lastAt && m_lastAt > from) {
-            from = m_lastAt;
-            before = m_lastBefore;
-        }
-        before += static_cast<uint32_t>(std::count(m_buffer + from, m_buffer + at, '\n'));
-        m_lastAt = at;
-        m_lastBefore = before;
-        return before + 1 + m_skippedLines;
+        return m_lines.lineAt(node.offset_debug());
     }
-    uint32_t lineOf(const pugi::xml_node &node) const { return lineAt(node.offset_debug()); }
+
+    SourcePos posOf(const pugi::xml_node &element) const
+    {
+        return { m_lines.offsetOf(element.name()) };
+    }
 
     void loadRoot(const pugi::xml_node &root)
     {
@@ -87,58 +65,58 @@ private:
         }
     }
 
-    std::unique_ptr<Node> create(std::string_view type, std::string name)
+    std::unique_ptr<Node> create(std::string_view type, std::string_view name)
     {
         if (type == "Category")
-            return std::make_unique<Category>(m_map, std::move(name));
+            return std::make_unique<Category>(m_map, name);
         if (type == "Integer")
-            return std::make_unique<Integer>(m_map, std::move(name));
+            return std::make_unique<Integer>(m_map, name);
         if (type == "IntReg")
-            return std::make_unique<IntReg>(m_map, std::move(name), "IntReg", false);
+            return std::make_unique<IntReg>(m_map, name, "IntReg", false);
         if (type == "MaskedIntReg")
-            return std::make_unique<IntReg>(m_map, std::move(name), "MaskedIntReg", true);
+            return std::make_unique<IntReg>(m_map, name, "MaskedIntReg", true);
         if (type == "IntKey")
-            return std::make_unique<IntReg>(m_map, std::move(name), "IntKey", false);
+            return std::make_unique<IntReg>(m_map, name, "IntKey", false);
         if (type == "AdvFeatureLock")
-            return std::make_unique<IntReg>(m_map, std::move(name), "AdvFeatureLock", false);
+            return std::make_unique<IntReg>(m_map, name, "AdvFeatureLock", false);
         if (type == "Float")
-            return std::make_unique<Float>(m_map, std::move(name));
+            return std::make_unique<Float>(m_map, name);
         if (type == "FloatReg")
-            return std::make_unique<FloatReg>(m_map, std::move(name));
+            return std::make_unique<FloatReg>(m_map, name);
         if (type == "Converter")
-            return std::make_unique<Converter>(m_map, std::move(name));
+            return std::make_unique<Converter>(m_map, name);
         if (type == "IntConverter")
-            return std::make_unique<IntConverter>(m_map, std::move(name));
+            return std::make_unique<IntConverter>(m_map, name);
         if (type == "SwissKnife")
-            return std::make_unique<SwissKnife>(m_map, std::move(name));
+            return std::make_unique<SwissKnife>(m_map, name);
         if (type == "IntSwissKnife")
-            return std::make_unique<IntSwissKnife>(m_map, std::move(name));
+            return std::make_unique<IntSwissKnife>(m_map, name);
         if (type == "Boolean")
-            return std::make_unique<Boolean>(m_map, std::move(name));
+            return std::make_unique<Boolean>(m_map, name);
         if (type == "Command")
-            return std::make_unique<Command>(m_map, std::move(name));
+            return std::make_unique<Command>(m_map, name);
         if (type == "Enumeration")
-            return std::make_unique<Enumeration>(m_map, std::move(name));
+            return std::make_unique<Enumeration>(m_map, name);
         if (type == "String")
-            return std::make_unique<String>(m_map, std::move(name), "String", false);
+            return std::make_unique<String>(m_map, name, "String", false);
         if (type == "StringReg")
-            return std::make_unique<StringReg>(m_map, std::move(name), "StringReg");
+            return std::make_unique<StringReg>(m_map, name, "StringReg");
         if (type == "ConfRom")
-            return std::make_unique<StringReg>(m_map, std::move(name), "ConfRom");
+            return std::make_unique<StringReg>(m_map, name, "ConfRom");
         if (type == "TextDesc")
-            return std::make_unique<StringReg>(m_map, std::move(name), "TextDesc");
+            return std::make_unique<StringReg>(m_map, name, "TextDesc");
         if (type == "Register")
-            return std::make_unique<Register>(m_map, std::move(name), "Register");
+            return std::make_unique<Register>(m_map, name, "Register");
         if (type == "SmartFeature")
-            return std::make_unique<Register>(m_map, std::move(name), "SmartFeature");
+            return std::make_unique<Register>(m_map, name, "SmartFeature");
         if (type == "Port")
-            return std::make_unique<Port>(m_map, std::move(name));
+            return std::make_unique<Port>(m_map, name);
         return nullptr;
     }
 
-    std::string nameOf(const pugi::xml_node &element)
+    std::string_view nameOf(const pugi::xml_node &element)
     {
-        const std::string name(trim(element.attribute("Name").value()));
+        const std::string_view name = trim(element.attribute("Name").value());
         if (name.empty())
             throw PROPERTY_EXCEPTION("line %u: <%s> has no Name attribute", lineOf(element),
                                      element.name());
@@ -147,13 +125,13 @@ private:
 
     Node *addNamed(std::unique_ptr<Node> node, const pugi::xml_node &element)
     {
-        node->setLine(lineOf(element));
+        node->setPos(posOf(element));
         if (equalsIgnoreCase(element.attribute("NameSpace").value(), "Standard"))
             node->setNameSpace(Standard);
         if (Node *added = m_map.add(node, true))
             return added;
         throw PROPERTY_EXCEPTION("line %u: node '%s' is defined twice (first at line %u)",
-                                 lineOf(element), node->name().c_str(),
+                                 lineOf(element), std::string(node->name()).c_str(),
                                  m_map.find(node->name())->line());
     }
 
@@ -175,31 +153,38 @@ private:
                     continue;
                 }
             }
-            Property property { name, textOf(p), p, lineOf(p) };
-            // Unknown elements are skipped: newer schema versions and vendor
-            // additions must not make a camera unusable.
-            node.applyProperty(property);
+            apply(node, Property { name, textOf(p), p, &m_lines });
         }
     }
 
-    // The element's text; vendors comment out parts of a formula, which
-    // splits it into several text children.
+    static void apply(Node &node, const Property &property)
+    {
+        // Unknown elements are skipped: newer schema versions and vendor
+        // additions must not make a camera unusable.
+        if (!node.applyCommonProperty(property))
+            node.applyProperty(property);
+    }
+
+    // The element's text. The parser keeps an element's first text in the
+    // element itself (no node of its own: half a description's elements are
+    // text); vendors comment out parts of a formula, which leaves more text
+    // children after it. Either way the text lives as long as the map.
     std::string_view textOf(const pugi::xml_node &element)
     {
         const pugi::xml_node first = element.first_child();
-        if (!first || (!first.next_sibling() && first.type() != pugi::node_element))
-            return trim(element.child_value());
-        m_text.clear();
+        if (!first)
+            return trim(element.value());
+        m_text = element.value();
         for (pugi::xml_node c = first; c; c = c.next_sibling())
             if (c.type() == pugi::node_pcdata || c.type() == pugi::node_cdata)
                 m_text += c.value();
-        return trim(m_text);
+        return m_map.keep(trim(m_text));
     }
 
     void loadNode(const pugi::xml_node &element, std::string_view type)
     {
         const std::string_view name = trim(element.attribute("Name").value());
-        std::unique_ptr<Node> node = create(type, std::string(name));
+        std::unique_ptr<Node> node = create(type, name);
         if (!node)
             return; // an element this interpreter does not know
         if (name.empty())
@@ -210,9 +195,9 @@ private:
 
     void loadEnumEntry(Enumeration &parent, const pugi::xml_node &element)
     {
-        const std::string symbolic = nameOf(element);
-        auto entry = std::make_unique<EnumEntry>(
-            m_map, "EnumEntry_" + parent.name() + "_" + symbolic, symbolic, &parent);
+        const std::string_view symbolic = nameOf(element);
+        m_text.assign("EnumEntry_").append(parent.name()).append("_").append(symbolic);
+        auto entry = std::make_unique<EnumEntry>(m_map, m_map.keep(m_text), symbolic, &parent);
         auto *added = static_cast<EnumEntry *>(addNamed(std::move(entry), element));
         applyProperties(*added, element);
         parent.entries.push_back(added);
@@ -220,9 +205,9 @@ private:
 
     void loadInlineAddress(Node &owner, RegisterCore &core, const pugi::xml_node &element)
     {
-        std::unique_ptr<Node> node = std::make_unique<IntSwissKnife>(
-            m_map, owner.name() + "#Address" + std::to_string(++m_inlineCount));
-        node->setLine(lineOf(element));
+        m_text.assign(owner.name()).append("#Address").append(std::to_string(++m_inlineCount));
+        std::unique_ptr<Node> node = std::make_unique<IntSwissKnife>(m_map, m_map.keep(m_text));
+        node->setPos(posOf(element));
         Node *added = m_map.add(node, false);
         applyProperties(*added, element);
         core.addAddressNode(added);
@@ -246,21 +231,14 @@ private:
                     loadInlineAddress(*added, static_cast<IntReg *>(added)->core(), p);
                     continue;
                 }
-                Property property { name, textOf(p), p, lineOf(p) };
-                added->applyProperty(property);
+                apply(*added, Property { name, textOf(p), p, &m_lines });
             }
             applyProperties(*added, entry);
         }
     }
 
     NodeMap &m_map;
-    uint32_t m_skippedLines;
-    static constexpr size_t LineBlock = 256;
-    const char *m_buffer;
-    size_t m_size;
-    std::vector<uint32_t> m_linesBefore;
-    mutable size_t m_lastAt = 0;
-    mutable uint32_t m_lastBefore = 0;
+    const LineIndex &m_lines;
     int m_inlineCount = 0;
     std::string m_text;
 };
@@ -296,31 +274,95 @@ size_t skipStrayLines(const std::string &xml, uint32_t &skippedLines)
 
 } // namespace
 
+LineIndex::LineIndex(const char *text, size_t size, uint32_t skippedLines)
+    : m_text(text)
+    , m_size(size)
+    , m_skippedLines(skippedLines)
+{
+}
+
+void LineIndex::build() const
+{
+    m_linesBefore.reserve(m_size / Block + 2);
+    uint32_t lines = 0;
+    for (size_t start = 0; start <= m_size; start += Block) {
+        m_linesBefore.push_back(lines);
+        const char *begin = m_text + start;
+        lines += static_cast<uint32_t>(
+            std::count(begin, begin + std::min(Block, m_size - start), '\n'));
+    }
+}
+
+uint32_t LineIndex::lineAt(ptrdiff_t offset) const
+{
+    if (offset < 0 || static_cast<size_t>(offset) > m_size)
+        return 0;
+    if (m_linesBefore.empty())
+        build();
+    const size_t at = static_cast<size_t>(offset);
+    size_t from = at - at % Block;
+    uint32_t before = m_linesBefore[at / Block];
+    if (at >= m_lastAt && m_lastAt > from) {
+        from = m_lastAt;
+        before = m_lastBefore;
+    }
+    before += static_cast<uint32_t>(std::count(m_text + from, m_text + at, '\n'));
+    m_lastAt = at;
+    m_lastBefore = before;
+    return before + 1 + m_skippedLines;
+}
+
+SourcePos Property::pos() const
+{
+    return { lines ? lines->offsetOf(element.name()) : 0 };
+}
+
+uint32_t Property::line() const
+{
+    const SourcePos at = pos();
+    return at.offset ? lines->lineAt(at.offset) : 0;
+}
+
 std::shared_ptr<NodeMap> loadDescription(std::string xml, const std::string &deviceName,
                                          bool strict)
 {
-    uint32_t skippedLines = 0;
-    const size_t start = skipStrayLines(xml, skippedLines);
-    char *data = xml.data() + start;
-    const size_t size = xml.size() - start;
-
     auto map = std::make_shared<NodeMap>(deviceName);
     map->strictLoading = strict;
+    // The nodes view the text, so the map keeps it; the parser works in
+    // place, with no copy of its own.
+    std::string &source = map->source();
+    source = std::move(xml);
+    uint32_t skippedLines = 0;
+    const size_t start = skipStrayLines(source, skippedLines);
+    char *data = source.data() + start;
+    const size_t size = source.size() - start;
     // Real descriptions spend a few hundred bytes per node.
     map->reserve(size / 256);
-    Loader loader(*map, data, size, skippedLines);
+    const LineIndex lines(data, size, skippedLines);
+    struct Indexed {
+        NodeMap &map;
+        ~Indexed() { map.lineIndex = nullptr; }
+    } indexed { *map };
+    map->lineIndex = &lines;
 
-    pugi::xml_document doc;
-    const pugi::xml_parse_result result = doc.load_buffer_inplace(
-        data, size, pugi::parse_default | pugi::parse_ws_pcdata_single, pugi::encoding_auto);
-    if (!result)
-        throw RUNTIME_EXCEPTION("line %u: malformed XML: %s", loader.lineAt(result.offset),
-                                result.description());
-    const pugi::xml_node root = doc.document_element();
-    if (std::strcmp(root.name(), "RegisterDescription") != 0)
-        throw RUNTIME_EXCEPTION("line %u: the root element is <%s>, not <RegisterDescription>",
-                                loader.lineOf(root), root.name());
-    loader.loadRoot(root);
+    {
+        pugi::xml_document doc;
+        const pugi::xml_parse_result result = doc.load_buffer_inplace(
+            data, size,
+            pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata,
+            pugi::encoding_auto);
+        if (!result)
+            throw RUNTIME_EXCEPTION("line %u: malformed XML: %s", lines.lineAt(result.offset),
+                                    result.description());
+        const pugi::xml_node root = doc.document_element();
+        Loader loader(*map, lines);
+        if (std::strcmp(root.name(), "RegisterDescription") != 0)
+            throw RUNTIME_EXCEPTION("line %u: the root element is <%s>, not <RegisterDescription>",
+                                    loader.lineOf(root), root.name());
+        loader.loadRoot(root);
+        // The parsed tree goes before the nodes link up: at the peak of a
+        // load, it and the links are not both held.
+    }
     map->finishLoad();
     return map;
 }

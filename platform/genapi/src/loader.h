@@ -2,13 +2,46 @@
 #define ORBGENAPI_LOADER_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace GenApi_3_0 {
 namespace impl {
 
 class NodeMap;
+
+// Line numbers of offsets into a description's text, for messages. Built at
+// the first lookup: a description that loads cleanly never needs one. Keeps
+// one count per block of the text, not one entry per newline: a hostile file
+// of nothing but newlines must not cost eight times its size. Lookups come
+// mostly in document order, so one counts on from the last when it is near,
+// else from its block's start.
+class LineIndex {
+public:
+    // text must outlive the index; skippedLines come before it.
+    LineIndex(const char *text, size_t size, uint32_t skippedLines);
+    uint32_t lineAt(ptrdiff_t offset) const;
+    // Where an element parsed in place from this text starts (its name):
+    // what the parser's own offset lookup gives, without its search.
+    uint32_t offsetOf(const char *name) const
+    {
+        const ptrdiff_t offset = name - m_text;
+        return offset > 0 && static_cast<size_t>(offset) <= m_size ? uint32_t(offset) : 0;
+    }
+
+private:
+    static constexpr size_t Block = 256;
+    void build() const;
+
+    const char *m_text;
+    size_t m_size;
+    uint32_t m_skippedLines;
+    mutable std::vector<uint32_t> m_linesBefore;
+    mutable size_t m_lastAt = 0;
+    mutable uint32_t m_lastBefore = 0;
+};
 
 // Builds a node map from a description's text. Throws RuntimeException for
 // malformed XML and PropertyException for malformed content, both with the

@@ -24,9 +24,10 @@ std::string accessText(EAccessMode mode)
 
 [[noreturn]] void throwBadProperty(const Node &node, const Property &property, const char *expected)
 {
-    throw PROPERTY_EXCEPTION("line %u: node '%s': <%.*s> '%.*s' is not %s", property.line,
-                             node.name().c_str(), int(property.name.size()), property.name.data(),
-                             int(property.text.size()), property.text.data(), expected);
+    throw PROPERTY_EXCEPTION("line %u: node '%s': <%.*s> '%.*s' is not %s", property.line(),
+                             std::string(node.name()).c_str(), int(property.name.size()),
+                             property.name.data(), int(property.text.size()), property.text.data(),
+                             expected);
 }
 
 int64_t propertyInt(const Node &node, const Property &property)
@@ -54,9 +55,9 @@ void keepDefault(const Node &node, const Property &property, const char *expecte
     NodeMap &map = node.map();
     if (map.strictLoading)
         throwBadProperty(node, property, expected);
-    map.loadWarnings.push_back("line " + std::to_string(property.line) + ": node '" + node.name()
-                               + "': <" + std::string(property.name) + "> '"
-                               + std::string(property.text) + "' is not " + expected
+    map.loadWarnings.push_back("line " + std::to_string(property.line()) + ": node '"
+                               + std::string(node.name()) + "': <" + std::string(property.name)
+                               + "> '" + std::string(property.text) + "' is not " + expected
                                + "; the default " + fallback + " is used");
 }
 
@@ -71,7 +72,7 @@ bool propertyYesNo(const Node &node, const Property &property)
 EAccessMode propertyAccessMode(const Node &node, const Property &property, EAccessMode fallback)
 {
     EAccessMode mode;
-    if (EAccessModeClass::FromString(gcstring(std::string(property.text)), &mode))
+    if (parseEnum(property.text, mode))
         return mode;
     keepDefault(node, property, "an access mode (RO, WO, RW, NA or NI)",
                 EAccessModeClass::ToString(fallback).c_str());
@@ -81,17 +82,17 @@ EAccessMode propertyAccessMode(const Node &node, const Property &property, EAcce
 Ref propertyRef(const Property &property)
 {
     Ref ref;
-    ref.name = std::string(property.text);
-    ref.line = property.line;
+    ref.name = property.text;
+    ref.pos = property.pos();
     return ref;
 }
 
 // ---------------------------------------------------------------------------
 // Node
 
-Node::Node(NodeMap &map, std::string name, const char *typeName)
+Node::Node(NodeMap &map, std::string_view name, const char *typeName)
     : m_map(map)
-    , m_name(std::move(name))
+    , m_name(name)
     , m_typeName(typeName)
 {
 }
@@ -103,7 +104,7 @@ Node::~Node()
 
 std::string Node::label() const
 {
-    return "Node '" + m_name + "'";
+    return "Node '" + std::string(m_name) + "'";
 }
 
 void Node::throwAccess(const std::string &what) const
@@ -124,23 +125,26 @@ void Node::throwNoValue(const char *kind) const
         "%s", (label() + " (" + m_typeName + ") has no " + kind + " value").c_str());
 }
 
-bool Node::applyProperty(const Property &p)
+bool Node::applyCommonProperty(const Property &p)
 {
     const std::string_view n = p.name;
-    if (n == "ToolTip")
-        m_toolTip = std::string(p.text);
+    // The most frequent first: real descriptions are mostly invalidators.
+    if (n == "pInvalidator")
+        invalidators.push_back(propertyRef(p));
+    else if (n == "ToolTip")
+        m_toolTip = p.text;
     else if (n == "Description")
-        m_description = std::string(p.text);
+        m_description = p.text;
     else if (n == "DisplayName")
-        m_displayName = std::string(p.text);
+        m_displayName = p.text;
     else if (n == "Visibility") {
         EVisibility v;
-        if (EVisibilityClass::FromString(gcstring(std::string(p.text)), &v))
+        if (parseEnum(p.text, v))
             m_visibility = v;
         else
             keepDefault(*this, p, "a visibility (Beginner, Expert, Guru or Invisible)", "Beginner");
     } else if (n == "EventID")
-        m_eventID = std::string(p.text);
+        m_eventID = p.text;
     else if (n == "ImposedAccessMode")
         m_imposedAccess = propertyAccessMode(*this, p, RW);
     else if (n == "pIsImplemented")
@@ -153,8 +157,6 @@ bool Node::applyProperty(const Property &p)
         m_alias = propertyRef(p);
     else if (n == "pCastAlias")
         m_castAlias = propertyRef(p);
-    else if (n == "pInvalidator")
-        invalidators.push_back(propertyRef(p));
     else if (n == "pSelected")
         selected.push_back(propertyRef(p));
     else if (n == "PollingTime")
@@ -162,14 +164,20 @@ bool Node::applyProperty(const Property &p)
     else if (n == "Streamable")
         m_streamable = propertyYesNo(*this, p);
     else if (n == "DocuURL")
-        m_docuURL = std::string(p.text);
+        m_docuURL = p.text;
     else if (n == "IsDeprecated")
         m_deprecated = propertyYesNo(*this, p);
-    else if (n == "Extension" || n == "pError" || n == "Cachable" || n == "IsFeature")
+    else if (n == "Extension" || n == "pError" || n == "IsFeature")
         ; // known, with no effect on this node
     else
         return false;
     return true;
+}
+
+bool Node::applyProperty(const Property &p)
+{
+    // Registers read it; to the others it means nothing.
+    return p.name == "Cachable";
 }
 
 void Node::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other)
@@ -192,10 +200,16 @@ void Node::resolve(Ref &ref, bool required)
     ref.node = m_map.find(ref.name);
     if (!ref.node && required)
         throw PROPERTY_EXCEPTION("line %u: node '%s' refers to node '%s', which is not defined",
-                                 ref.line ? ref.line : m_line, m_name.c_str(), ref.name.c_str());
+                                 ref.pos.offset ? m_map.lineAt(ref.pos) : line(),
+                                 std::string(m_name).c_str(), std::string(ref.name).c_str());
 }
 
 void Node::finishLoad() { }
+
+uint32_t Node::line() const
+{
+    return m_map.lineAt(m_pos);
+}
 
 EAccessMode Node::access()
 {
@@ -379,8 +393,8 @@ EAccessMode Node::GetAccessMode() const
 gcstring Node::GetName(bool FullQualified) const
 {
     if (!FullQualified)
-        return m_name;
-    return (m_nameSpace == Standard ? "Std::" : "Cust::") + m_name;
+        return toGc(m_name);
+    return (m_nameSpace == Standard ? "Std::" : "Cust::") + std::string(m_name);
 }
 ENameSpace Node::GetNameSpace() const
 {
@@ -418,15 +432,15 @@ int64_t Node::GetPollingTime() const
 }
 gcstring Node::GetToolTip() const
 {
-    return m_toolTip;
+    return toGc(m_toolTip);
 }
 gcstring Node::GetDescription() const
 {
-    return m_description.empty() ? m_toolTip : m_description;
+    return toGc(m_description.empty() ? m_toolTip : m_description);
 }
 gcstring Node::GetDisplayName() const
 {
-    return m_displayName.empty() ? m_name : m_displayName;
+    return toGc(m_displayName.empty() ? m_name : m_displayName);
 }
 gcstring Node::GetDeviceName() const
 {
@@ -501,7 +515,7 @@ INodeMap *Node::GetNodeMap() const
 }
 gcstring Node::GetEventID() const
 {
-    return m_eventID;
+    return toGc(m_eventID);
 }
 bool Node::IsStreamable() const
 {
@@ -521,15 +535,15 @@ bool Node::GetProperty(const gcstring &PropertyName, gcstring &ValueStr, gcstrin
     AttributeStr = "";
     const std::string &n = PropertyName.str();
     if (n == "Name")
-        ValueStr = m_name;
+        ValueStr = toGc(m_name);
     else if (n == "NameSpace")
         ValueStr = m_nameSpace == Standard ? "Standard" : "Custom";
     else if (n == "ToolTip")
-        ValueStr = m_toolTip;
+        ValueStr = toGc(m_toolTip);
     else if (n == "Description")
-        ValueStr = m_description;
+        ValueStr = toGc(m_description);
     else if (n == "DisplayName")
-        ValueStr = m_displayName;
+        ValueStr = toGc(m_displayName);
     else if (n == "Visibility")
         ValueStr = EVisibilityClass::ToString(m_visibility);
     else if (n == "ImposedAccessMode")
@@ -564,7 +578,7 @@ INode *Node::GetCastAlias() const
 }
 gcstring Node::GetDocuURL() const
 {
-    return m_docuURL;
+    return toGc(m_docuURL);
 }
 bool Node::IsDeprecated() const
 {
@@ -584,7 +598,7 @@ void Node::GetSelectedFeatures(FeatureList_t &Features) const
 {
     Features.clear();
     for (const Ref &r : selected)
-        if (auto *value = dynamic_cast<IValue *>(r.node))
+        if (IValue *value = r.node ? r.node->asValue() : nullptr)
             Features.push_back(value);
 }
 
@@ -592,7 +606,7 @@ void Node::GetSelectingFeatures(FeatureList_t &Features) const
 {
     Features.clear();
     for (Node *n : selecting)
-        if (auto *value = dynamic_cast<IValue *>(n))
+        if (IValue *value = n->asValue())
             Features.push_back(value);
 }
 
@@ -689,7 +703,7 @@ template <class T> T ValueSource<T>::read(Node &owner, bool ignoreCache)
             return readNode<T>(m_pDefault.node, ignoreCache);
         if (m_hasDefault)
             return m_default;
-        owner.throwRuntime("the selector '" + m_pIndex.name
+        owner.throwRuntime("the selector '" + std::string(m_pIndex.name)
                            + "' picks no ValueIndexed entry and there is no default");
     }
     if (m_pValue.node)
@@ -776,7 +790,7 @@ void Category::GetFeatures(FeatureList_t &Features) const
 {
     Features.clear();
     for (const Ref &r : features)
-        if (auto *value = dynamic_cast<IValue *>(r.node))
+        if (IValue *value = r.node ? r.node->asValue() : nullptr)
             Features.push_back(value);
 }
 

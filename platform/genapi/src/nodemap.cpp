@@ -1,6 +1,7 @@
 #include "nodemap.h"
 
 #include "formula.h"
+#include "loader.h"
 
 #include <algorithm>
 #include <map>
@@ -148,7 +149,7 @@ NodeMap::EvalGuard::EvalGuard(NodeMap &map, const Node &node)
         m_map.m_depthExceeded = true;
         throw RUNTIME_EXCEPTION("Node '%s': references nest deeper than %d levels; the "
                                 "description probably has a cycle of references",
-                                node.name().c_str(), MaxEvalDepth);
+                                std::string(node.name()).c_str(), MaxEvalDepth);
     }
 }
 
@@ -195,17 +196,70 @@ void NodeMap::notifyChanged(const std::vector<Node *> &roots, const std::vector<
         n->fireCallbacks(cbPostOutsideLock);
 }
 
+uint64_t NameTable::hashOf(std::string_view name)
+{
+    // FNV-1a: names are short, and this needs no setup per call.
+    uint64_t hash = 14695981039346656037ull;
+    for (char c : name)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ull;
+    return hash;
+}
+
+void NameTable::reserve(size_t count)
+{
+    size_t size = 16;
+    while (size * 3 / 4 < count)
+        size *= 2;
+    if (size <= m_slots.size())
+        return;
+    std::vector<Slot> old(size);
+    old.swap(m_slots);
+    for (const Slot &slot : old) {
+        if (!slot.node)
+            continue;
+        size_t i = slot.hash & (m_slots.size() - 1);
+        while (m_slots[i].node)
+            i = (i + 1) & (m_slots.size() - 1);
+        m_slots[i] = slot;
+    }
+}
+
+bool NameTable::insert(Node *node)
+{
+    if ((m_count + 1) * 4 > m_slots.size() * 3)
+        reserve(std::max<size_t>(16, m_count * 2));
+    const uint64_t hash = hashOf(node->name());
+    size_t i = hash & (m_slots.size() - 1);
+    for (; m_slots[i].node; i = (i + 1) & (m_slots.size() - 1))
+        if (m_slots[i].hash == hash && m_slots[i].node->name() == node->name())
+            return false;
+    m_slots[i] = { hash, node };
+    ++m_count;
+    return true;
+}
+
+Node *NameTable::find(std::string_view name) const
+{
+    if (m_slots.empty())
+        return nullptr;
+    const uint64_t hash = hashOf(name);
+    for (size_t i = hash & (m_slots.size() - 1); m_slots[i].node;
+         i = (i + 1) & (m_slots.size() - 1))
+        if (m_slots[i].hash == hash && m_slots[i].node->name() == name)
+            return m_slots[i].node;
+    return nullptr;
+}
+
 Node *NodeMap::find(std::string_view name) const
 {
-    auto it = m_byName.find(name);
-    return it == m_byName.end() ? nullptr : it->second;
+    return m_byName.find(name);
 }
 
 Node *NodeMap::add(std::unique_ptr<Node> &node, bool named)
 {
     Node *raw = node.get();
     if (named) {
-        if (!m_byName.emplace(raw->name(), raw).second)
+        if (!m_byName.insert(raw))
             return nullptr;
         m_named.push_back(raw);
     }
@@ -221,19 +275,52 @@ void NodeMap::reserve(size_t nodes)
     m_named.reserve(nodes);
 }
 
+std::string_view NodeMap::keep(std::string_view text)
+{
+    const size_t need = text.size() + 1;
+    if (need > m_keepRoom) {
+        const size_t size = std::max<size_t>(need, 16 * 1024);
+        m_keptBlocks.push_back(std::unique_ptr<char[]>(new char[size]));
+        m_keepNext = m_keptBlocks.back().get();
+        m_keepRoom = size;
+    }
+    char *kept = m_keepNext;
+    std::copy(text.begin(), text.end(), kept);
+    kept[text.size()] = '\0';
+    m_keepNext += need;
+    m_keepRoom -= need;
+    return { kept, text.size() };
+}
+
+uint32_t NodeMap::lineAt(SourcePos pos) const
+{
+    return lineIndex && pos.offset ? lineIndex->lineAt(pos.offset) : 0;
+}
+
 void NodeMap::finishLoad()
 {
-    std::vector<Ref *> reading, other;
+    // Each node's reading references, resolved, sorted and unique, as a run
+    // of one array (offset and length by node id until the array is full).
+    std::vector<std::pair<uint32_t, uint32_t>> reading(m_nodes.size());
+    std::vector<Ref *> refs, other;
     for (auto &node : m_nodes) {
-        reading.clear();
+        refs.clear();
         other.clear();
-        node->collectRefs(reading, other);
-        for (Ref *r : reading) {
+        node->collectRefs(refs, other);
+        const size_t first = m_readingEdges.size();
+        for (Ref *r : refs) {
             if (!r->node)
                 node->resolve(*r, true);
             if (r->node && r->node != node.get())
-                node->readingRefs.push_back(r->node);
+                m_readingEdges.push_back(r->node);
         }
+        const auto begin = m_readingEdges.begin() + static_cast<ptrdiff_t>(first);
+        std::sort(begin, m_readingEdges.end());
+        m_readingEdges.erase(std::unique(begin, m_readingEdges.end()), m_readingEdges.end());
+        if (Enumeration *e = node->asEnumeration())
+            m_readingEdges.insert(m_readingEdges.end(), e->entries.begin(), e->entries.end());
+        reading[node->id()] = { static_cast<uint32_t>(first),
+                                static_cast<uint32_t>(m_readingEdges.size() - first) };
         // Links that do not feed a value: a dangling one is dropped.
         for (Ref *r : other)
             if (!r->node)
@@ -241,32 +328,15 @@ void NodeMap::finishLoad()
     }
     for (auto &node : m_nodes)
         node->finishLoad();
-    buildGraph();
+    buildGraph(reading);
 }
 
-void NodeMap::buildGraph()
+void NodeMap::buildGraph(const std::vector<std::pair<uint32_t, uint32_t>> &reading)
 {
+    m_readingEdges.shrink_to_fit();
     for (auto &node : m_nodes) {
-        Node *n = node.get();
-        std::sort(n->readingRefs.begin(), n->readingRefs.end());
-        n->readingRefs.erase(std::unique(n->readingRefs.begin(), n->readingRefs.end()),
-                             n->readingRefs.end());
-        for (Node *child : n->readingRefs)
-            child->dependents.push_back(n);
-        for (const Ref &r : n->invalidators)
-            if (r.node && r.node != n)
-                r.node->dependents.push_back(n);
-        for (const Ref &r : n->selected)
-            if (r.node)
-                r.node->selecting.push_back(n);
-        if (Enumeration *e = n->asEnumeration()) {
-            for (EnumEntry *entry : e->entries) {
-                entry->dependents.push_back(e);
-                e->readingRefs.push_back(entry);
-            }
-        }
-        if (n->pollingTime > 0)
-            m_polled.push_back(n);
+        const auto [first, count] = reading[node->id()];
+        node->readingRefs = NodeSpan(m_readingEdges.data() + first, count);
     }
 
     // Registers at one fixed location are views of the same device memory
@@ -282,21 +352,56 @@ void NodeMap::buildGraph()
             located.push_back({ { port, address, length }, node.get() });
     }
     std::sort(located.begin(), located.end());
+    std::vector<std::pair<size_t, size_t>> sharing; // runs of located, 2 to 64 long
     for (size_t first = 0; first < located.size();) {
         size_t end = first + 1;
         while (end < located.size() && located[end].first == located[first].first)
             ++end;
         if (end - first >= 2 && end - first <= 64)
+            sharing.push_back({ first, end });
+        first = end;
+    }
+
+    // Every edge that makes a node a dependent of another: a reading
+    // reference, an invalidator, a register sharing its location.
+    auto forEachDependency = [&](auto &&edge) {
+        for (auto &node : m_nodes) {
+            Node *n = node.get();
+            for (Node *child : n->readingRefs)
+                edge(child, n);
+            for (const Ref &r : n->invalidators)
+                if (r.node && r.node != n)
+                    edge(r.node, n);
+        }
+        for (const auto &[first, end] : sharing)
             for (size_t a = first; a < end; ++a)
                 for (size_t b = first; b < end; ++b)
                     if (a != b)
-                        located[a].second->dependents.push_back(located[b].second);
-        first = end;
-    }
+                        edge(located[a].second, located[b].second);
+    };
+    std::vector<uint32_t> start(m_nodes.size() + 1, 0);
+    forEachDependency([&](Node *of, Node *) { ++start[of->id() + 1]; });
+    for (size_t i = 1; i < start.size(); ++i)
+        start[i] += start[i - 1];
+    m_dependentEdges.assign(start.back(), nullptr);
+    std::vector<uint32_t> filled(start.begin(), start.end() - 1);
+    forEachDependency(
+        [&](Node *of, Node *dependent) { m_dependentEdges[filled[of->id()]++] = dependent; });
     for (auto &node : m_nodes) {
-        auto &d = node->dependents;
-        std::sort(d.begin(), d.end());
-        d.erase(std::unique(d.begin(), d.end()), d.end());
+        const auto begin = m_dependentEdges.begin() + start[node->id()];
+        const auto end = m_dependentEdges.begin() + start[node->id() + 1];
+        std::sort(begin, end);
+        node->dependents = NodeSpan(m_dependentEdges.data() + start[node->id()],
+                                    static_cast<size_t>(std::unique(begin, end) - begin));
+    }
+
+    for (auto &node : m_nodes) {
+        Node *n = node.get();
+        for (const Ref &r : n->selected)
+            if (r.node)
+                r.node->selecting.push_back(n);
+        if (n->pollingTime > 0)
+            m_polled.push_back(n);
     }
 }
 
@@ -327,7 +432,8 @@ void NodeMap::InvalidateNodes() const
 bool NodeMap::Connect(IPort *pPort, const gcstring &PortName) const
 {
     Guard guard(*this);
-    auto *port = dynamic_cast<Port *>(find(PortName.str()));
+    Node *node = find(PortName.str());
+    Port *port = node ? node->asPort() : nullptr;
     if (!port)
         return false;
     port->connect(pPort);

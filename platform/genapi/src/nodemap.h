@@ -29,6 +29,27 @@ struct CallbackEntry {
     void invoke(ECallbackType phase);
 };
 
+// Named nodes by name: open addressing over one array, the name's hash kept
+// beside each node so that a probe rarely touches a node. Loading looks up
+// every reference once, and a description has tens of thousands of them.
+class NameTable {
+public:
+    void reserve(size_t count);
+    // False, and nothing added, when a node of that name is there.
+    bool insert(Node *node);
+    Node *find(std::string_view name) const;
+
+private:
+    struct Slot {
+        uint64_t hash = 0;
+        Node *node = nullptr;
+    };
+    static uint64_t hashOf(std::string_view name);
+
+    std::vector<Slot> m_slots; // size a power of two, at most 3/4 full
+    size_t m_count = 0;
+};
+
 class NodeMap final : public INodeMap {
 public:
     explicit NodeMap(std::string deviceName);
@@ -54,8 +75,18 @@ public:
     Node *add(std::unique_ptr<Node> &node, bool named);
     // Room for about this many nodes, so that loading does not rehash.
     void reserve(size_t nodes);
-    bool contains(const std::string &name) const { return m_byName.count(name) != 0; }
     void finishLoad();
+
+    // The description's text, which nodes view (see Ref); taken over before
+    // the loader parses it in place.
+    std::string &source() { return m_source; }
+    // A copy of text that lives as long as the map, for text a node keeps
+    // that is not in the description (composed names, joined text).
+    std::string_view keep(std::string_view text);
+    // Set while loading, when every message that names a line is raised.
+    const LineIndex *lineIndex = nullptr;
+    // The line of a position in the description; 0 once loading is over.
+    uint32_t lineAt(SourcePos pos) const;
 
     std::string vendorName, modelName, toolTip, standardNameSpace;
     std::string schemaVersion;
@@ -121,9 +152,15 @@ public:
     bool depthExceeded() const { return m_depthExceeded; }
 
 private:
-    void buildGraph();
+    void buildGraph(const std::vector<std::pair<uint32_t, uint32_t>> &reading);
 
     std::string m_deviceName;
+    std::string m_source;
+    // The store behind keep(); declared before m_nodes, so that the nodes
+    // go first.
+    std::vector<std::unique_ptr<char[]>> m_keptBlocks;
+    char *m_keepNext = nullptr;
+    size_t m_keepRoom = 0;
     mutable CLock m_lock;
     int m_lockDepth = 0;
     int m_evalDepth = 0;
@@ -135,9 +172,9 @@ private:
 
     std::vector<std::unique_ptr<Node>> m_nodes; // every node, named or not
     std::vector<Node *> m_named; // in description order
-    // Keys view the names the nodes own, so that a lookup by string_view
-    // needs no copy.
-    std::unordered_map<std::string_view, Node *> m_byName;
+    NameTable m_byName;
+    std::vector<Node *> m_readingEdges; // behind every node's readingRefs
+    std::vector<Node *> m_dependentEdges; // behind every node's dependents
     std::vector<Node *> m_polled;
     std::vector<char> m_visitMarks; // scratch for notifyChanged
 };

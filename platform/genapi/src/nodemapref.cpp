@@ -86,6 +86,13 @@ void CNodeMapRef::_LoadXMLFromString(const gcstring &XMLData)
     Adopt(impl::loadDescription(XMLData.str(), m_deviceName.str(), m_strict));
 }
 
+void CNodeMapRef::_LoadXMLFromString(gcstring &&XMLData)
+{
+    if (_Ptr)
+        throw LOGICAL_ERROR_EXCEPTION("CNodeMapRef: a description is already loaded");
+    Adopt(impl::loadDescription(XMLData.take(), m_deviceName.str(), m_strict));
+}
+
 void CNodeMapRef::_LoadXMLFromZIPFile(const gcstring &ZipFileName)
 {
     const std::string content = readFile(ZipFileName);

@@ -33,22 +33,63 @@ using GenICam_3_0::TimeoutException;
 class NodeMap;
 class Node;
 
+// Text a node keeps (names, tool tips, formulas) views the description the
+// node map holds or the node map's own store: a description of thousands of
+// nodes then costs no allocation per string.
+
+// Where a property stands in the description. Lines are counted only when a
+// message needs one, and only while loading: every message that names a
+// line is raised then.
+struct SourcePos {
+    uint32_t offset = 0; // 0: not from the description
+};
+
 // A named reference to another node, resolved after the whole description
 // has been read.
 struct Ref {
-    std::string name;
+    std::string_view name;
     Node *node = nullptr;
-    uint32_t line = 0;
+    SourcePos pos;
     explicit operator bool() const { return node != nullptr; }
     bool isSet() const { return !name.empty(); }
 };
 
-// One property element of a node, as the loader hands it over.
+class LineIndex;
+
+// A run of nodes in one of the node map's edge arrays: the graph of a
+// description is built once, in two arrays, not in a list per node.
+class NodeSpan {
+public:
+    NodeSpan() = default;
+    NodeSpan(Node *const *first, size_t count)
+        : m_first(first)
+        , m_count(static_cast<uint32_t>(count))
+    {
+    }
+    Node *const *begin() const { return m_first; }
+    Node *const *end() const { return m_first + m_count; }
+    size_t size() const { return m_count; }
+    bool empty() const { return m_count == 0; }
+
+private:
+    Node *const *m_first = nullptr;
+    uint32_t m_count = 0;
+};
+
+inline gcstring toGc(std::string_view text)
+{
+    return gcstring(text.data(), text.size());
+}
+
+// One property element of a node, as the loader hands it over. Its text
+// stays valid as long as the node map.
 struct Property {
     std::string_view name;
     std::string_view text; // trimmed
     pugi::xml_node element;
-    uint32_t line;
+    const LineIndex *lines;
+    SourcePos pos() const;
+    uint32_t line() const;
 };
 
 struct CallbackEntry;
@@ -57,13 +98,20 @@ class RegisterCore;
 
 class Node : public virtual INode, public virtual ISelector {
 public:
-    Node(NodeMap &map, std::string name, const char *typeName);
+    // name must stay valid as long as the node map (see Ref).
+    Node(NodeMap &map, std::string_view name, const char *typeName);
     ~Node() override;
     Node(const Node &) = delete;
     Node &operator=(const Node &) = delete;
 
     // --- loading ---
-    // Applies one property element; false when the element is unknown here.
+    // Properties every node reads the same way (ToolTip, Visibility,
+    // pInvalidator, pIsAvailable ...); false for the others. The loader
+    // offers each property here first and only then to applyProperty, so
+    // the kinds never see these: they are most of a real description.
+    bool applyCommonProperty(const Property &property);
+    // Applies one property element of the node's kind; false when the
+    // element is unknown here.
     virtual bool applyProperty(const Property &property);
     // Called once every node exists: resolve references, parse formulas.
     virtual void finishLoad();
@@ -94,6 +142,10 @@ public:
     // than found by dynamic_cast: loading asks it of every node.
     virtual RegisterCore *registerCore() { return nullptr; }
     virtual Enumeration *asEnumeration() { return nullptr; }
+    // Cross-casts through virtual bases cost a walk of the type graph;
+    // loading and GetFeatures ask these of thousands of nodes.
+    virtual IValue *asValue() { return nullptr; }
+    virtual class Port *asPort() { return nullptr; }
     virtual void invalidateCache() { }
     // For polling: re-reads the register; true when the bytes changed.
     virtual bool pollRegister() { return false; }
@@ -108,17 +160,18 @@ public:
     void dropAllCallbacks();
 
     NodeMap &map() const { return m_map; }
-    const std::string &name() const { return m_name; }
+    std::string_view name() const { return m_name; }
     const char *typeName() const { return m_typeName; }
-    uint32_t line() const { return m_line; }
-    void setLine(uint32_t line) { m_line = line; }
+    // The line of the node's element; 0 once loading is over.
+    uint32_t line() const;
+    void setPos(SourcePos pos) { m_pos = pos; }
     uint32_t id() const { return m_id; }
     void setId(uint32_t id) { m_id = id; }
     void setFeature() { m_isFeature = true; }
     void setNameSpace(ENameSpace nameSpace) { m_nameSpace = nameSpace; }
 
-    std::vector<Node *> dependents; // nodes to call back when this one changes
-    std::vector<Node *> readingRefs; // resolved reading references, for the graph
+    NodeSpan dependents; // nodes to call back when this one changes
+    NodeSpan readingRefs; // resolved reading references, for the graph
 
     // "Node 'Name'" for messages.
     std::string label() const;
@@ -194,13 +247,13 @@ protected:
     Node *self() const { return const_cast<Node *>(this); }
 
     NodeMap &m_map;
-    std::string m_name;
+    std::string_view m_name;
     const char *m_typeName;
-    std::string m_toolTip;
-    std::string m_description;
-    std::string m_displayName;
-    std::string m_eventID;
-    std::string m_docuURL;
+    std::string_view m_toolTip;
+    std::string_view m_description;
+    std::string_view m_displayName;
+    std::string_view m_eventID;
+    std::string_view m_docuURL;
     ENameSpace m_nameSpace = Custom;
     EVisibility m_visibility = Beginner;
     EAccessMode m_imposedAccess = RW;
@@ -213,7 +266,7 @@ protected:
     Ref m_isLocked;
     Ref m_alias;
     Ref m_castAlias;
-    uint32_t m_line = 0;
+    SourcePos m_pos;
     uint32_t m_id = 0;
     std::vector<std::shared_ptr<CallbackEntry>> m_callbacks;
 
@@ -224,6 +277,7 @@ protected:
 class ValueNode : public Node, public virtual IValue {
 public:
     using Node::Node;
+    IValue *asValue() override { return this; }
     INode *GetNode() override { return this; }
     gcstring ToString(bool Verify = false, bool IgnoreCache = false) override;
     void FromString(const gcstring &ValueStr, bool Verify = true) override;
@@ -275,8 +329,8 @@ private:
 
 class Category final : public ValueNode, public ICategory {
 public:
-    Category(NodeMap &map, std::string name)
-        : ValueNode(map, std::move(name), "Category")
+    Category(NodeMap &map, std::string_view name)
+        : ValueNode(map, name, "Category")
     {
     }
     bool applyProperty(const Property &property) override;
@@ -354,13 +408,13 @@ protected:
     }
     virtual std::vector<T> doValidValues() { return {}; }
     ERepresentation doRepresentation() override;
-    std::string doUnit() override { return m_unit; }
+    std::string doUnit() override { return std::string(m_unit); }
     // An Integer or Float whose value comes from another node takes that
     // node's representation and unit unless it has its own.
     ERepresentation representationOr(Node *pointer);
     std::string unitOr(Node *pointer);
 
-    std::string m_unit;
+    std::string_view m_unit;
     bool m_hasRepresentation = false;
     ERepresentation m_representation = PureNumber;
     bool m_hasImposedMin = false;
@@ -409,8 +463,8 @@ template <class T> struct NumberLimits {
 
 class Integer final : public IntegerBase {
 public:
-    Integer(NodeMap &map, std::string name)
-        : IntegerBase(map, std::move(name), "Integer")
+    Integer(NodeMap &map, std::string_view name)
+        : IntegerBase(map, name, "Integer")
     {
     }
     bool applyProperty(const Property &property) override;
@@ -497,7 +551,7 @@ private:
 // AdvFeatureLock.
 class IntReg final : public IntegerBase, public IRegister {
 public:
-    IntReg(NodeMap &map, std::string name, const char *typeName, bool masked);
+    IntReg(NodeMap &map, std::string_view name, const char *typeName, bool masked);
     bool applyProperty(const Property &property) override;
     void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
     void finishLoad() override;
@@ -563,8 +617,8 @@ protected:
 
 class Float final : public FloatBase {
 public:
-    Float(NodeMap &map, std::string name)
-        : FloatBase(map, std::move(name), "Float")
+    Float(NodeMap &map, std::string_view name)
+        : FloatBase(map, name, "Float")
     {
     }
     bool applyProperty(const Property &property) override;
@@ -589,8 +643,8 @@ private:
 
 class FloatReg final : public FloatBase, public IRegister {
 public:
-    FloatReg(NodeMap &map, std::string name)
-        : FloatBase(map, std::move(name), "FloatReg")
+    FloatReg(NodeMap &map, std::string_view name)
+        : FloatBase(map, name, "FloatReg")
         , m_core(*this)
     {
     }
@@ -627,7 +681,7 @@ public:
     void collectRefs(std::vector<Ref *> &reading);
     // Parses the formulas once the variable names are known; special names
     // (FROM, TO) come first in the index space.
-    Formula parse(Node &owner, const std::string &text, uint32_t line,
+    Formula parse(Node &owner, std::string_view text, SourcePos pos,
                   const std::vector<std::string> &specials);
     int64_t evaluateInt(Node &owner, const Formula &formula, int64_t special);
     double evaluateFloat(Node &owner, const Formula &formula, double special);
@@ -637,11 +691,11 @@ public:
 
 private:
     struct Variable {
-        std::string name;
+        std::string_view name;
         Ref ref;
         bool isConstant = false;
         double constant = 0;
-        std::string expressionText;
+        std::string_view expressionText;
         Formula expression;
         bool isExpression = false;
     };
@@ -656,8 +710,8 @@ private:
 // IntSwissKnife (isInt) and SwissKnife.
 class IntSwissKnife final : public IntegerBase {
 public:
-    IntSwissKnife(NodeMap &map, std::string name)
-        : IntegerBase(map, std::move(name), "IntSwissKnife")
+    IntSwissKnife(NodeMap &map, std::string_view name)
+        : IntegerBase(map, name, "IntSwissKnife")
     {
     }
     bool applyProperty(const Property &property) override;
@@ -669,15 +723,15 @@ protected:
 
 private:
     FormulaScope m_scope;
-    std::string m_text;
-    uint32_t m_formulaLine = 0;
+    std::string_view m_text;
+    SourcePos m_formulaPos;
     Formula m_formula;
 };
 
 class SwissKnife final : public FloatBase {
 public:
-    SwissKnife(NodeMap &map, std::string name)
-        : FloatBase(map, std::move(name), "SwissKnife")
+    SwissKnife(NodeMap &map, std::string_view name)
+        : FloatBase(map, name, "SwissKnife")
     {
     }
     bool applyProperty(const Property &property) override;
@@ -689,8 +743,8 @@ protected:
 
 private:
     FormulaScope m_scope;
-    std::string m_text;
-    uint32_t m_formulaLine = 0;
+    std::string_view m_text;
+    SourcePos m_formulaPos;
     Formula m_formula;
 };
 
@@ -708,16 +762,16 @@ struct ConverterCore {
 
     FormulaScope scope;
     Ref pValue;
-    std::string toText, fromText;
-    uint32_t toLine = 0, fromLine = 0;
+    std::string_view toText, fromText;
+    SourcePos toPos, fromPos;
     Formula to, from;
     ESlope slope = Automatic;
 };
 
 class IntConverter final : public IntegerBase {
 public:
-    IntConverter(NodeMap &map, std::string name)
-        : IntegerBase(map, std::move(name), "IntConverter")
+    IntConverter(NodeMap &map, std::string_view name)
+        : IntegerBase(map, name, "IntConverter")
     {
     }
     bool applyProperty(const Property &property) override;
@@ -737,8 +791,8 @@ private:
 
 class Converter final : public FloatBase {
 public:
-    Converter(NodeMap &map, std::string name)
-        : FloatBase(map, std::move(name), "Converter")
+    Converter(NodeMap &map, std::string_view name)
+        : FloatBase(map, name, "Converter")
     {
     }
     bool applyProperty(const Property &property) override;
@@ -758,8 +812,8 @@ private:
 
 class Boolean final : public ValueNode, public IBoolean {
 public:
-    Boolean(NodeMap &map, std::string name)
-        : ValueNode(map, std::move(name), "Boolean")
+    Boolean(NodeMap &map, std::string_view name)
+        : ValueNode(map, name, "Boolean")
     {
     }
     bool applyProperty(const Property &property) override;
@@ -786,8 +840,8 @@ private:
 
 class Command final : public ValueNode, public ICommand {
 public:
-    Command(NodeMap &map, std::string name)
-        : ValueNode(map, std::move(name), "Command")
+    Command(NodeMap &map, std::string_view name)
+        : ValueNode(map, name, "Command")
     {
     }
     bool applyProperty(const Property &property) override;
@@ -814,8 +868,8 @@ class EnumEntry;
 class Enumeration final : public ValueNode, public IEnumeration {
 public:
     Enumeration *asEnumeration() override { return this; }
-    Enumeration(NodeMap &map, std::string name)
-        : ValueNode(map, std::move(name), "Enumeration")
+    Enumeration(NodeMap &map, std::string_view name)
+        : ValueNode(map, name, "Enumeration")
     {
     }
     bool applyProperty(const Property &property) override;
@@ -849,9 +903,9 @@ private:
 
 class EnumEntry final : public ValueNode, public IEnumEntry {
 public:
-    EnumEntry(NodeMap &map, std::string name, std::string symbolic, Enumeration *parent)
-        : ValueNode(map, std::move(name), "EnumEntry")
-        , m_symbolic(std::move(symbolic))
+    EnumEntry(NodeMap &map, std::string_view name, std::string_view symbolic, Enumeration *parent)
+        : ValueNode(map, name, "EnumEntry")
+        , m_symbolic(symbolic)
         , m_parent(parent)
     {
     }
@@ -883,7 +937,7 @@ private:
 // register-backed text nodes.
 class String : public ValueNode, public IString {
 public:
-    String(NodeMap &map, std::string name, const char *typeName, bool isRegister);
+    String(NodeMap &map, std::string_view name, const char *typeName, bool isRegister);
     bool applyProperty(const Property &property) override;
     void collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other) override;
     void finishLoad() override;
@@ -918,8 +972,8 @@ private:
 // StringReg and the register-backed text nodes (ConfRom, TextDesc).
 class StringReg final : public String, public IRegister {
 public:
-    StringReg(NodeMap &map, std::string name, const char *typeName)
-        : String(map, std::move(name), typeName, true)
+    StringReg(NodeMap &map, std::string_view name, const char *typeName)
+        : String(map, name, typeName, true)
     {
     }
     void Set(const uint8_t *pBuffer, int64_t Length, bool Verify = true) override;
@@ -932,8 +986,8 @@ public:
 // Register and the register-like SmartFeature: raw bytes.
 class Register final : public ValueNode, public IRegister {
 public:
-    Register(NodeMap &map, std::string name, const char *typeName)
-        : ValueNode(map, std::move(name), typeName)
+    Register(NodeMap &map, std::string_view name, const char *typeName)
+        : ValueNode(map, name, typeName)
         , m_core(*this)
     {
     }
@@ -964,10 +1018,11 @@ private:
 
 class Port final : public Node, public IPort {
 public:
-    Port(NodeMap &map, std::string name)
-        : Node(map, std::move(name), "Port")
+    Port(NodeMap &map, std::string_view name)
+        : Node(map, name, "Port")
     {
     }
+    Port *asPort() override { return this; }
     bool applyProperty(const Property &property) override;
     void Read(void *pBuffer, int64_t Address, int64_t Length) override;
     void Write(const void *pBuffer, int64_t Address, int64_t Length) override;

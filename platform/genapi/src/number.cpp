@@ -20,11 +20,11 @@ namespace impl {
 template <class T> bool NumberBase<T>::applyProperty(const Property &p)
 {
     if (p.name == "Unit") {
-        m_unit = std::string(p.text);
+        m_unit = p.text;
         return true;
     }
     if (p.name == "Representation") {
-        if (ERepresentationClass::FromString(gcstring(std::string(p.text)), &m_representation))
+        if (parseEnum(p.text, m_representation))
             m_hasRepresentation = true;
         else
             keepDefault(*this, p, "a representation", "of the node type");
@@ -81,7 +81,7 @@ template <class T> std::string NumberBase<T>::unitOr(Node *pointer)
 {
     if (m_unit.empty() && pointer)
         return pointer->unit();
-    return m_unit;
+    return std::string(m_unit);
 }
 
 template <class T> void NumberBase<T>::SetValue(T Value, bool Verify)
@@ -354,8 +354,9 @@ void Integer::collectRefs(std::vector<Ref *> &reading, std::vector<Ref *> &other
 void Integer::finishLoad()
 {
     if (m_limits.hasInc && m_limits.incValue <= 0)
-        throw PROPERTY_EXCEPTION("line %u: node '%s': the increment %lld must be positive", m_line,
-                                 m_name.c_str(), static_cast<long long>(m_limits.incValue));
+        throw PROPERTY_EXCEPTION("line %u: node '%s': the increment %lld must be positive", line(),
+                                 std::string(m_name).c_str(),
+                                 static_cast<long long>(m_limits.incValue));
 }
 
 EAccessMode Integer::doAccess()
@@ -397,7 +398,7 @@ bool FloatBase::applyProperty(const Property &p)
 {
     const std::string_view n = p.name;
     if (n == "DisplayNotation") {
-        if (!EDisplayNotationClass::FromString(gcstring(std::string(p.text)), &m_notation)) {
+        if (!parseEnum(p.text, m_notation)) {
             m_notation = fnAutomatic;
             keepDefault(*this, p, "a display notation (Automatic, Fixed or Scientific)",
                         "Automatic");

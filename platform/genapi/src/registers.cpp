@@ -69,7 +69,7 @@ bool RegisterCore::applyProperty(const Property &p)
             index.offset = *value;
         } else if (pugi::xml_attribute pOffset = p.element.attribute("pOffset")) {
             index.pOffset.name = trim(pOffset.value());
-            index.pOffset.line = p.line;
+            index.pOffset.pos = p.pos();
         }
         m_indices.push_back(std::move(index));
     } else if (n == "Length") {
@@ -82,7 +82,7 @@ bool RegisterCore::applyProperty(const Property &p)
     else if (n == "pPort")
         m_pPort = propertyRef(p);
     else if (n == "Cachable") {
-        if (!ECachingModeClass::FromString(gcstring(std::string(p.text)), &m_caching)) {
+        if (!parseEnum(p.text, m_caching)) {
             m_caching = WriteThrough;
             keepDefault(m_owner, p, "a caching mode (NoCache, WriteThrough or WriteAround)",
                         "WriteThrough");
@@ -123,9 +123,10 @@ void RegisterCore::finishLoad()
 {
     // A register without pPort or Length loads, so that the rest of the
     // description stays usable; reading it reports what is missing.
-    if (m_pPort.node && !dynamic_cast<Port *>(m_pPort.node))
+    if (m_pPort.node && !m_pPort.node->asPort())
         throw PROPERTY_EXCEPTION("line %u: node '%s': pPort '%s' is not a Port", m_owner.line(),
-                                 m_owner.name().c_str(), m_pPort.name.c_str());
+                                 std::string(m_owner.name()).c_str(),
+                                 std::string(m_pPort.name).c_str());
 }
 
 bool RegisterCore::staticLocation(const Node *&port, int64_t &address, int64_t &len) const
@@ -184,7 +185,7 @@ IPort *RegisterCore::port()
         m_owner.throwAccess("register has no pPort");
     auto *portNode = static_cast<Port *>(m_pPort.node);
     if (!portNode || !portNode->connected())
-        m_owner.throwAccess("port '" + m_pPort.name + "' is not connected");
+        m_owner.throwAccess("port '" + std::string(m_pPort.name) + "' is not connected");
     return portNode->connected();
 }
 
@@ -272,8 +273,8 @@ bool RegisterCore::poll()
 // ---------------------------------------------------------------------------
 // IntReg
 
-IntReg::IntReg(NodeMap &map, std::string name, const char *typeName, bool masked)
-    : IntegerBase(map, std::move(name), typeName)
+IntReg::IntReg(NodeMap &map, std::string_view name, const char *typeName, bool masked)
+    : IntegerBase(map, name, typeName)
     , m_core(*this)
     , m_masked(masked)
 {
@@ -313,8 +314,8 @@ void IntReg::finishLoad()
     m_core.finishLoad();
     m_cachingMode = m_core.caching();
     if (m_masked && (m_lsb < 0 || m_msb < 0))
-        throw PROPERTY_EXCEPTION("line %u: node '%s' has no LSB/MSB or Bit", m_line,
-                                 m_name.c_str());
+        throw PROPERTY_EXCEPTION("line %u: node '%s' has no LSB/MSB or Bit", line(),
+                                 std::string(m_name).c_str());
 }
 
 void IntReg::field(int64_t registerBits, int &shift, int &width) const
@@ -558,10 +559,12 @@ std::string Register::toText(bool, bool ignoreCache)
 {
     requireReadable();
     static const char digits[] = "0123456789ABCDEF";
-    std::string text = "0x";
-    for (uint8_t byte : m_core.read(ignoreCache)) {
-        text += digits[byte >> 4];
-        text += digits[byte & 0xF];
+    const std::vector<uint8_t> bytes = m_core.read(ignoreCache);
+    std::string text(2 + 2 * bytes.size(), '0');
+    text[1] = 'x';
+    for (size_t i = 0; i < bytes.size(); ++i) {
+        text[2 + 2 * i] = digits[bytes[i] >> 4];
+        text[3 + 2 * i] = digits[bytes[i] & 0xF];
     }
     return text;
 }

@@ -14,8 +14,8 @@ namespace impl {
 // ---------------------------------------------------------------------------
 // String
 
-String::String(NodeMap &map, std::string name, const char *typeName, bool isRegister)
-    : ValueNode(map, std::move(name), typeName)
+String::String(NodeMap &map, std::string_view name, const char *typeName, bool isRegister)
+    : ValueNode(map, name, typeName)
     , m_isRegister(isRegister)
     , m_core(*this)
 {

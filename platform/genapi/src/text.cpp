@@ -1,6 +1,5 @@
 #include "text.h"
 
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -12,10 +11,10 @@ namespace impl {
 std::string_view trim(std::string_view text)
 {
     size_t begin = 0;
-    while (begin < text.size() && std::isspace(static_cast<unsigned char>(text[begin])))
+    while (begin < text.size() && isAsciiSpace(text[begin]))
         ++begin;
     size_t end = text.size();
-    while (end > begin && std::isspace(static_cast<unsigned char>(text[end - 1])))
+    while (end > begin && isAsciiSpace(text[end - 1]))
         --end;
     return text.substr(begin, end - begin);
 }
@@ -24,9 +23,10 @@ bool equalsIgnoreCase(std::string_view a, std::string_view b)
 {
     if (a.size() != b.size())
         return false;
+    // ASCII only: std::tolower follows the host's C locale.
+    auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; };
     for (size_t i = 0; i < a.size(); ++i) {
-        if (std::tolower(static_cast<unsigned char>(a[i]))
-            != std::tolower(static_cast<unsigned char>(b[i])))
+        if (fold(a[i]) != fold(b[i]))
             return false;
     }
     return true;

@@ -13,6 +13,11 @@
 namespace GenApi_3_0 {
 namespace impl {
 
+// White space as XML and formulas have it, whatever the C locale says.
+inline bool isAsciiSpace(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
+}
 std::string_view trim(std::string_view text);
 bool equalsIgnoreCase(std::string_view a, std::string_view b);
 
@@ -26,6 +31,14 @@ std::optional<bool> parseBool(std::string_view text);
 std::optional<int64_t> parseIPv4(std::string_view text);
 // Six hexadecimal bytes separated by ':' or '-'.
 std::optional<int64_t> parseMAC(std::string_view text);
+
+// The GenICam names of enumerated property values, any case, surrounding
+// white space ignored; false and value unchanged for any other text.
+bool parseEnum(std::string_view text, EAccessMode &value);
+bool parseEnum(std::string_view text, EVisibility &value);
+bool parseEnum(std::string_view text, ECachingMode &value);
+bool parseEnum(std::string_view text, ERepresentation &value);
+bool parseEnum(std::string_view text, EDisplayNotation &value);
 
 // Nearest integer, clamped to the int64 range; NaN gives 0.
 int64_t saturatingRound(double value);

@@ -34,6 +34,10 @@ public:
 
     void _LoadXMLFromFile(const gcstring &FileName);
     void _LoadXMLFromString(const gcstring &XMLData);
+    /// The same, taking the text over instead of copying it (a temporary, or
+    /// a string the caller moves in): a description of megabytes is then
+    /// held once, not twice, while it loads. Our own addition.
+    void _LoadXMLFromString(gcstring &&XMLData);
     /// Loads the description inside a zip archive; __MACOSX resource entries
     /// and other decoys are skipped.
     void _LoadXMLFromZIPFile(const gcstring &ZipFileName);

@@ -142,6 +142,14 @@ public:
 
     /// Access to the underlying standard string; our own addition.
     const std::string &str() const { return m_str; }
+    /// Moves the text out and leaves this string empty: a large text changes
+    /// hands without a copy. Our own addition.
+    std::string take()
+    {
+        std::string text;
+        text.swap(m_str);
+        return text;
+    }
 
 private:
     std::string m_str;
