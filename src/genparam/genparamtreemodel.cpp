@@ -168,6 +168,8 @@ struct IndexFeature {
     qint32 row = 0;
     qint32 childCount = 0;
     bool category = false;
+    // Position in the tree read top to bottom, all expanded.
+    quint32 order = 0;
 };
 
 class GenParamTreeModelPrivate {
@@ -183,9 +185,10 @@ public:
 
     void Init(GenParamTreeModel *q);
     void RegisterCallbackForChildren(ICategory *category, ItemEntry *parentItem);
+    void numberInTreeOrder();
     void DeRegisterCallbacks();
-    void NodeCallback(INode *node);
-    void ValueChanged(IValue *value);
+    void NodeCallback(ItemEntry *entry);
+    void ValueChanged(ItemEntry *entry);
     void announceChanges();
 
     QVariant DisplayRoleImp(IValue *value) const;
@@ -225,6 +228,29 @@ void GenParamTreeModelPrivate::Init(GenParamTreeModel *q)
     if (!childLists.empty()) {
         rootChildren = childLists.front().data();
         rootChildCount = static_cast<qint32>(childLists.front().size());
+    }
+    numberInTreeOrder();
+}
+
+// Changes are announced in this order: a view finds each announced row by
+// searching outward from the last one it found.
+void GenParamTreeModelPrivate::numberInTreeOrder()
+{
+    quint32 next = 0;
+    std::vector<std::pair<ItemEntry **, ItemEntry **>> stack;
+    if (rootChildren)
+        stack.push_back({ rootChildren, rootChildren + rootChildCount });
+    while (!stack.empty()) {
+        auto &[at, end] = stack.back();
+        if (at == end) {
+            stack.pop_back();
+            continue;
+        }
+        ItemEntry *entry = *at++;
+        entry->second.order = next++;
+        if (entry->second.children)
+            stack.push_back(
+                { entry->second.children, entry->second.children + entry->second.childCount });
     }
 }
 
@@ -267,10 +293,10 @@ void GenParamTreeModelPrivate::RegisterCallbackForChildren(ICategory *root, Item
             auto inserted = items.emplace(
                 feature,
                 IndexFeature { parentItem, nullptr, static_cast<qint32>(children.size()), 0 });
+            ItemEntry *entry = &*inserted.first;
             if (inserted.second)
                 callbackHandles.push_back(Register(
-                    node, *this, &GenParamTreeModelPrivate::NodeCallback, cbPostInsideLock));
-            ItemEntry *entry = &*inserted.first;
+                    node, [this, entry](INode *) { NodeCallback(entry); }, cbPostInsideLock));
             entry->second.category = subCategory != nullptr;
             children.push_back(entry);
             if (subCategory && depth + 1 < maxCategoryDepth)
@@ -298,27 +324,25 @@ void GenParamTreeModelPrivate::DeRegisterCallbacks()
 }
 
 // Node callbacks come on whatever thread changed the node (a host's
-// acquisition thread writing or polling the node map); the items are looked
-// up on the model's own thread, where they are built and torn down.
-void GenParamTreeModelPrivate::NodeCallback(INode *node)
+// acquisition thread writing or polling the node map); the entry is used on
+// the model's own thread, where the entries are built and torn down. It is
+// still there when the call runs: the callbacks are deregistered and the
+// hand-off invalidated before any entry goes.
+void GenParamTreeModelPrivate::NodeCallback(ItemEntry *entry)
 {
-    if (auto *value = dynamic_cast<IValue *>(node))
-        handOff.post([this, value] { ValueChanged(value); });
+    handOff.post([this, entry] { ValueChanged(entry); });
 }
 
 // Changes are announced once per event-loop turn, one dataChanged per
 // category covering its changed rows: a poll may change every feature of the
 // camera, and a view handles each signal with a search of its rows.
-void GenParamTreeModelPrivate::ValueChanged(IValue *value)
+void GenParamTreeModelPrivate::ValueChanged(ItemEntry *entry)
 {
     Q_Q(GenParamTreeModel);
-    auto it = items.find(value);
-    if (it == items.end())
-        return;
     if (pendingChanges.empty())
         QMetaObject::invokeMethod(
             q, [this] { announceChanges(); }, Qt::QueuedConnection);
-    pendingChanges.push_back(&*it);
+    pendingChanges.push_back(entry);
 }
 
 void GenParamTreeModelPrivate::announceChanges()
@@ -326,12 +350,14 @@ void GenParamTreeModelPrivate::announceChanges()
     Q_Q(GenParamTreeModel);
     std::vector<ItemEntry *> changed;
     changed.swap(pendingChanges);
-    // Grouped by parent (any order of the groups will do), rows ascending.
-    std::sort(changed.begin(), changed.end(), [](const ItemEntry *a, const ItemEntry *b) {
-        if (a->second.parent != b->second.parent)
-            return std::less<const ItemEntry *>()(a->second.parent, b->second.parent);
-        return a->second.row < b->second.row;
-    });
+    // Grouped by parent, the parents in the order of the tree, rows
+    // ascending.
+    auto key = [](const ItemEntry *e) {
+        const ItemEntry *parent = e->second.parent;
+        return std::make_pair(parent ? qint64(parent->second.order) : qint64(-1), e->second.row);
+    };
+    std::sort(changed.begin(), changed.end(),
+              [&key](const ItemEntry *a, const ItemEntry *b) { return key(a) < key(b); });
     for (size_t first = 0; first < changed.size();) {
         size_t last = first;
         while (last + 1 < changed.size()

@@ -4,6 +4,7 @@
 #include "text.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -361,16 +362,28 @@ void Node::collectTerminals(std::vector<Node *> &out)
 
 void Node::fireCallbacks(ECallbackType type)
 {
-    if (m_callbacks.empty())
+    const size_t count = static_cast<size_t>(std::count_if(
+        m_callbacks.begin(), m_callbacks.end(), [type](const auto &e) { return e->type == type; }));
+    if (count == 0)
         return;
-    const auto snapshot = m_callbacks; // a callback may deregister itself
-    for (const auto &entry : snapshot) {
-        if (entry->type != type)
-            continue;
+    // A callback may deregister itself or others, so the calls go to a copy
+    // of the list; a node rarely has more than a few, and a poll calls back
+    // every changed node: the copy lives on the stack when it fits.
+    constexpr size_t OnStack = 4;
+    std::array<std::shared_ptr<CallbackEntry>, OnStack> few;
+    std::vector<std::shared_ptr<CallbackEntry>> many;
+    std::shared_ptr<CallbackEntry> *snapshot = few.data();
+    if (count > OnStack) {
+        many.resize(count);
+        snapshot = many.data();
+    }
+    std::copy_if(m_callbacks.begin(), m_callbacks.end(), snapshot,
+                 [type](const auto &e) { return e->type == type; });
+    for (size_t i = 0; i < count; ++i) {
         if (type == cbPostInsideLock)
-            entry->invoke(type);
+            snapshot[i]->invoke(type);
         else
-            m_map.queueOutside(entry);
+            m_map.queueOutside(snapshot[i]);
     }
 }
 

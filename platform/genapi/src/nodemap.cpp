@@ -403,6 +403,13 @@ void NodeMap::buildGraph(const std::vector<std::pair<uint32_t, uint32_t>> &readi
         if (n->pollingTime > 0)
             m_polled.push_back(n);
     }
+    // What each polled node reads, found once: a poll may cover tens of
+    // thousands of registers.
+    m_polledTerminalStart.assign(1, 0);
+    for (Node *n : m_polled) {
+        n->collectTerminals(m_polledTerminals);
+        m_polledTerminalStart.push_back(static_cast<uint32_t>(m_polledTerminals.size()));
+    }
 }
 
 void NodeMap::GetNodes(NodeList_t &Nodes) const
@@ -459,16 +466,15 @@ void NodeMap::Poll(int64_t ElapsedTime)
 {
     Guard guard(*this);
     std::vector<Node *> changed;
-    std::vector<Node *> terminals;
-    for (Node *n : m_polled) {
+    for (size_t i = 0; i < m_polled.size(); ++i) {
+        Node *n = m_polled[i];
         n->pollElapsed += ElapsedTime;
         if (n->pollElapsed < n->pollingTime)
             continue;
         n->pollElapsed = 0;
-        terminals.clear();
-        n->collectTerminals(terminals);
         bool any = false;
-        for (Node *t : terminals) {
+        for (uint32_t k = m_polledTerminalStart[i]; k < m_polledTerminalStart[i + 1]; ++k) {
+            Node *t = m_polledTerminals[k];
             if (t->pollRegister()) {
                 changed.push_back(t);
                 any = true;

@@ -176,6 +176,8 @@ private:
     std::vector<Node *> m_readingEdges; // behind every node's readingRefs
     std::vector<Node *> m_dependentEdges; // behind every node's dependents
     std::vector<Node *> m_polled;
+    std::vector<Node *> m_polledTerminals; // the registers each polled node reads,
+    std::vector<uint32_t> m_polledTerminalStart; // from here, by index in m_polled
     std::vector<char> m_visitMarks; // scratch for notifyChanged
 };
 

@@ -505,8 +505,9 @@ public:
     int64_t address();
     int64_t length();
     EAccessMode access();
-    // Reads length() bytes; from the cache when allowed and valid.
-    std::vector<uint8_t> read(bool ignoreCache);
+    // Reads length() bytes; from the cache when allowed and valid. The
+    // bytes stay valid until the register is read or written again.
+    const std::vector<uint8_t> &read(bool ignoreCache);
     void write(const std::vector<uint8_t> &bytes);
     void invalidate() { m_cacheValid = false; }
     bool cacheValid() const { return m_cacheValid && m_caching != NoCache; }
@@ -541,6 +542,7 @@ private:
     std::vector<uint8_t> m_cache;
     bool m_cacheValid = false;
     std::vector<uint8_t> m_lastRead; // what the device said last
+    std::vector<uint8_t> m_readBuffer;
     bool m_hasLastRead = false;
     std::vector<uint8_t> m_lastPolled; // what the previous poll saw
     bool m_hasPolled = false;

@@ -189,7 +189,7 @@ IPort *RegisterCore::port()
     return portNode->connected();
 }
 
-std::vector<uint8_t> RegisterCore::read(bool ignoreCache)
+const std::vector<uint8_t> &RegisterCore::read(bool ignoreCache)
 {
     if (!ignoreCache && m_cacheValid && m_caching != NoCache)
         return m_cache;
@@ -200,25 +200,26 @@ std::vector<uint8_t> RegisterCore::read(bool ignoreCache)
     const int64_t len = length();
     const int64_t addr = address();
     IPort *target = port();
-    std::vector<uint8_t> bytes(static_cast<size_t>(len));
-    const std::string where = std::to_string(len) + " bytes at " + hex(addr);
+    // Into a buffer of its own: a failed read leaves the last bytes read.
+    m_readBuffer.resize(static_cast<size_t>(len));
+    auto where = [&] { return std::to_string(len) + " bytes at " + hex(addr); };
     try {
-        target->Read(bytes.data(), addr, len);
+        target->Read(m_readBuffer.data(), addr, len);
     } catch (const TimeoutException &e) {
         throw TIMEOUT_EXCEPTION("%s: reading %s timed out: %s", m_owner.label().c_str(),
-                                where.c_str(), e.GetDescription());
+                                where().c_str(), e.GetDescription());
     } catch (const GenericException &e) {
-        m_owner.throwAccess("reading " + where + " failed: " + e.GetDescription());
+        m_owner.throwAccess("reading " + where() + " failed: " + e.GetDescription());
     } catch (const std::exception &e) {
-        m_owner.throwAccess("reading " + where + " failed: " + e.what());
+        m_owner.throwAccess("reading " + where() + " failed: " + e.what());
     }
-    m_lastRead = bytes;
+    m_lastRead.swap(m_readBuffer);
     m_hasLastRead = true;
     if (m_caching != NoCache) {
-        m_cache = bytes;
+        m_cache = m_lastRead;
         m_cacheValid = true;
     }
-    return bytes;
+    return m_lastRead;
 }
 
 void RegisterCore::write(const std::vector<uint8_t> &bytes)
@@ -229,17 +230,17 @@ void RegisterCore::write(const std::vector<uint8_t> &bytes)
                             + EAccessModeClass::ToString(mode).str() + ")");
     const int64_t addr = address();
     IPort *target = port();
-    const std::string where = std::to_string(bytes.size()) + " bytes at " + hex(addr);
+    auto where = [&] { return std::to_string(bytes.size()) + " bytes at " + hex(addr); };
     m_cacheValid = false;
     try {
         target->Write(bytes.data(), addr, static_cast<int64_t>(bytes.size()));
     } catch (const TimeoutException &e) {
         throw TIMEOUT_EXCEPTION("%s: writing %s timed out: %s", m_owner.label().c_str(),
-                                where.c_str(), e.GetDescription());
+                                where().c_str(), e.GetDescription());
     } catch (const GenericException &e) {
-        m_owner.throwAccess("writing " + where + " failed: " + e.GetDescription());
+        m_owner.throwAccess("writing " + where() + " failed: " + e.GetDescription());
     } catch (const std::exception &e) {
-        m_owner.throwAccess("writing " + where + " failed: " + e.what());
+        m_owner.throwAccess("writing " + where() + " failed: " + e.what());
     }
     if (m_caching == WriteThrough) {
         m_cache = bytes;
@@ -252,9 +253,11 @@ bool RegisterCore::poll()
 {
     // Compared with what the previous poll saw, not with the last read:
     // other readers (a view repainting) must not hide a change from the
-    // callbacks of everybody else.
+    // callbacks of everybody else. The first poll compares with the last
+    // read, if there was one.
     const bool hadValue = m_hasPolled || m_hasLastRead;
-    const std::vector<uint8_t> before = m_hasPolled ? m_lastPolled : m_lastRead;
+    if (!m_hasPolled && m_hasLastRead)
+        m_lastPolled = m_lastRead;
     const bool failedBefore = m_lastPollFailed;
     m_cacheValid = false;
     try {
@@ -265,9 +268,10 @@ bool RegisterCore::poll()
         return !failedBefore;
     }
     m_lastPollFailed = false;
+    const bool changed = hadValue && m_lastPolled != m_lastRead;
     m_lastPolled = m_lastRead;
     m_hasPolled = true;
-    return failedBefore || (hadValue && before != m_lastPolled);
+    return failedBefore || changed;
 }
 
 // ---------------------------------------------------------------------------
@@ -362,7 +366,7 @@ int64_t IntReg::rawMax()
 int64_t IntReg::doGetInt(bool ignoreCache)
 {
     const int bits = valueBits(); // validates length and bit range first
-    const std::vector<uint8_t> bytes = m_core.read(ignoreCache);
+    const std::vector<uint8_t> &bytes = m_core.read(ignoreCache);
     uint64_t raw = decode(bytes, m_core.endianess());
     if (m_masked) {
         int shift = 0, width = 0;
@@ -425,7 +429,7 @@ void FloatReg::finishLoad()
 
 double FloatReg::doGetFloat(bool ignoreCache)
 {
-    const std::vector<uint8_t> bytes = m_core.read(ignoreCache);
+    const std::vector<uint8_t> &bytes = m_core.read(ignoreCache);
     const uint64_t raw = decode(bytes, m_core.endianess());
     if (bytes.size() == 4) {
         const uint32_t bits32 = static_cast<uint32_t>(raw);
@@ -516,7 +520,7 @@ void registerGet(Node &node, RegisterCore &core, uint8_t *buffer, int64_t length
     if (!buffer || length != len)
         throw INVALID_ARGUMENT_EXCEPTION("%s: Get needs a buffer of the register's %lld bytes",
                                          node.label().c_str(), static_cast<long long>(len));
-    const std::vector<uint8_t> bytes = core.read(ignoreCache);
+    const std::vector<uint8_t> &bytes = core.read(ignoreCache);
     std::memcpy(buffer, bytes.data(), bytes.size());
 }
 
@@ -559,7 +563,7 @@ std::string Register::toText(bool, bool ignoreCache)
 {
     requireReadable();
     static const char digits[] = "0123456789ABCDEF";
-    const std::vector<uint8_t> bytes = m_core.read(ignoreCache);
+    const std::vector<uint8_t> &bytes = m_core.read(ignoreCache);
     std::string text(2 + 2 * bytes.size(), '0');
     text[1] = 'x';
     for (size_t i = 0; i < bytes.size(); ++i) {

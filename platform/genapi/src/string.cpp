@@ -64,7 +64,7 @@ EAccessMode String::doAccess()
 std::string String::doGetString(bool ignoreCache)
 {
     if (m_isRegister) {
-        const std::vector<uint8_t> bytes = m_core.read(ignoreCache);
+        const std::vector<uint8_t> &bytes = m_core.read(ignoreCache);
         const auto end = std::find(bytes.begin(), bytes.end(), uint8_t(0));
         return std::string(bytes.begin(), end);
     }
