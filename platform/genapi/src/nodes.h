@@ -220,12 +220,6 @@ public:
     void GetSelectedFeatures(FeatureList_t &Features) const override;
     void GetSelectingFeatures(FeatureList_t &Features) const override;
 
-    std::vector<Ref> selected;
-    std::vector<Node *> selecting;
-    std::vector<Ref> invalidators;
-    int64_t pollingTime = -1;
-    int64_t pollElapsed = 0;
-
 protected:
     // The node's own access before pIs* and ImposedAccessMode.
     virtual EAccessMode doAccess() { return RO; }
@@ -246,7 +240,22 @@ protected:
 
     Node *self() const { return const_cast<Node *>(this); }
 
+    // What a view and a poll ask of every row first (visibility, access,
+    // callbacks) comes first: a poll of tens of thousands of nodes finds
+    // them in as few cache lines as possible.
     NodeMap &m_map;
+    EVisibility m_visibility = Beginner;
+    EAccessMode m_imposedAccess = RW;
+    ENameSpace m_nameSpace = Custom;
+    ECachingMode m_cachingMode = NoCache;
+    bool m_streamable = false;
+    bool m_deprecated = false;
+    bool m_isFeature = false;
+    uint32_t m_id = 0;
+    Ref m_isImplemented;
+    Ref m_isAvailable;
+    Ref m_isLocked;
+    std::vector<std::shared_ptr<CallbackEntry>> m_callbacks;
     std::string_view m_name;
     const char *m_typeName;
     std::string_view m_toolTip;
@@ -254,21 +263,16 @@ protected:
     std::string_view m_displayName;
     std::string_view m_eventID;
     std::string_view m_docuURL;
-    ENameSpace m_nameSpace = Custom;
-    EVisibility m_visibility = Beginner;
-    EAccessMode m_imposedAccess = RW;
-    bool m_streamable = false;
-    bool m_deprecated = false;
-    bool m_isFeature = false;
-    ECachingMode m_cachingMode = NoCache;
-    Ref m_isImplemented;
-    Ref m_isAvailable;
-    Ref m_isLocked;
     Ref m_alias;
     Ref m_castAlias;
     SourcePos m_pos;
-    uint32_t m_id = 0;
-    std::vector<std::shared_ptr<CallbackEntry>> m_callbacks;
+
+public:
+    std::vector<Ref> selected;
+    std::vector<Node *> selecting;
+    std::vector<Ref> invalidators;
+    int64_t pollingTime = -1;
+    int64_t pollElapsed = 0;
 
     friend class NodeMap;
 };
@@ -522,7 +526,11 @@ public:
 private:
     IPort *port();
 
+    // Access first, as in Node.
     Node &m_owner;
+    EAccessMode m_accessMode = RO;
+    ECachingMode m_caching = WriteThrough;
+    EEndianess m_endianess = LittleEndian;
     Ref m_pPort;
     int64_t m_constAddress = 0;
     bool m_hasConstAddress = false;
@@ -536,9 +544,6 @@ private:
     int64_t m_length = 0;
     bool m_hasLength = false;
     Ref m_pLength;
-    EAccessMode m_accessMode = RO;
-    ECachingMode m_caching = WriteThrough;
-    EEndianess m_endianess = LittleEndian;
     std::vector<uint8_t> m_cache;
     bool m_cacheValid = false;
     std::vector<uint8_t> m_lastRead; // what the device said last
