@@ -396,9 +396,7 @@ OrbCamErr SimCamera::ForceIP(uint32_t address, uint32_t mask, uint32_t gateway)
         return OrbCamErrInvalidState;
     if (!reachable())
         return OrbCamErrNoDevice;
-    // A mask is a run of ones followed by zeros.
-    const uint32_t inverted = ~mask;
-    if (address == 0 || mask == 0 || (inverted & (inverted + 1)) != 0)
+    if (address == 0 || !validMask(mask))
         return OrbCamErrInvalidArgument;
     std::lock_guard<std::recursive_mutex> lock(m_mutex);
     m_ip = address;
@@ -472,55 +470,39 @@ void SimCamera::clearFailures()
 // SimInterface
 
 namespace {
-// The register layout of orbsim-interface.xml.
-enum : int64_t {
-    RegSelector = 0x0000,
-    RegDeviceCount = 0x0004,
-    RegInterfaceType = 0x0010,
-    RegInterfaceMAC = 0x0020,
-    RegInterfaceIP = 0x0028,
-    RegInterfaceMask = 0x002C,
-    RegInterfaceGateway = 0x0030,
-    RegDeviceMAC = 0x0100,
-    RegDeviceIP = 0x0108,
-    RegDeviceMask = 0x010C,
-    RegDeviceGateway = 0x0110,
-    RegForceIP = 0x0114,
-    RegForceMask = 0x0118,
-    RegForceGateway = 0x011C,
-    RegForceCommand = 0x0120,
-    RegUSBVersion = 0x0124,
-    RegAccessStatus = 0x0128,
-    RegUpdateList = 0x0130,
-    RegDeviceID = 0x0200,
-    RegDeviceVendor = 0x0240,
-    RegDeviceModel = 0x0280,
-    RegDeviceSerial = 0x02C0,
-    RegDeviceUserName = 0x0300,
-    RegInterfaceID = 0x0340,
-    TextLength = 64,
-};
+HostSide hostOf(const InterfaceConfig &config)
+{
+    HostSide host;
+    host.id = config.id;
+    host.displayName = config.displayName;
+    host.description = config.description;
+    host.type = config.type;
+    host.ip = config.ip;
+    host.mask = config.mask;
+    host.gateway = config.gateway;
+    host.mac = config.mac;
+    return host;
+}
 } // namespace
 
 SimInterface::SimInterface(SimSystem &system, const InterfaceConfig &config)
-    : m_system(system)
-    , m_id(config.id)
-    , m_displayName(config.displayName)
-    , m_description(config.description)
-    , m_type(config.type)
-    , m_ip(config.ip)
-    , m_mask(config.mask)
-    , m_gateway(config.gateway)
-    , m_mac(config.mac)
+    : InterfaceFeatures(hostOf(config))
+    , m_system(system)
 {
     for (const CameraConfig &camera : config.cameras)
         addCamera(camera);
 }
 
-SimInterface::~SimInterface()
+CameraNetwork SimInterface::networkOf(const OrbCam::DeviceInfo *info) const
 {
-    m_params.reset(); // before the node map it listens to
-    m_map.reset();
+    const auto *camera = static_cast<const SimCamera *>(info);
+    CameraNetwork network;
+    network.mac = camera->mac();
+    network.ip = camera->ip();
+    network.mask = camera->mask();
+    network.gateway = camera->gateway();
+    network.usbVersion = camera->usbVersion();
+    return network;
 }
 
 SimCamera *SimInterface::addCamera(const CameraConfig &config)
@@ -528,9 +510,9 @@ SimCamera *SimInterface::addCamera(const CameraConfig &config)
     std::lock_guard<std::recursive_mutex> lock(m_mutex);
     CameraConfig c = config;
     if (c.serial.empty())
-        c.serial = m_id + "-" + std::to_string(m_nextSerial);
+        c.serial = m_host.id + "-" + std::to_string(m_nextSerial);
     ++m_nextSerial;
-    std::string id = m_id + "/" + c.serial;
+    std::string id = m_host.id + "/" + c.serial;
     if (find(id))
         throw std::runtime_error("camera " + id + " exists already");
     m_cameras.push_back(std::make_shared<SimCamera>(*this, id, c));
@@ -571,7 +553,7 @@ uint32_t SimInterface::indexOf(const SimCamera *camera) const
 OrbCamErr SimInterface::UpdateDeviceList(bool *changed, uint32_t)
 {
     std::lock_guard<std::recursive_mutex> lock(m_mutex);
-    std::vector<SimCamera *> found;
+    std::vector<OrbCam::DeviceInfo *> found;
     for (const auto &camera : m_cameras)
         if (camera->reachable())
             found.push_back(camera.get());
@@ -584,135 +566,7 @@ OrbCamErr SimInterface::UpdateDeviceList(bool *changed, uint32_t)
 OrbCam::DeviceInfoList *SimInterface::GetDeviceInfoList()
 {
     std::lock_guard<std::recursive_mutex> lock(m_mutex);
-    return new DeviceInfoVector(std::vector<OrbCam::DeviceInfo *>(m_found.begin(), m_found.end()),
-                                true);
-}
-
-OrbGenParam::Array *SimInterface::GetParams(OrbCamErr *err)
-{
-    // Once made, the features are handed out without a lock: a caller may
-    // hold the node map's lock (inside Lock()) when it asks.
-    if (OrbGenParam::Array *ready = m_ready.load(std::memory_order_acquire)) {
-        if (err)
-            *err = OrbCamOk;
-        return ready;
-    }
-    std::lock_guard<std::mutex> lock(m_paramsMutex);
-    if (!m_params) {
-        try {
-            auto map = std::make_unique<CNodeMapRef>(m_id.c_str());
-            map->_LoadXMLFromFile((OrbCamSim::CamerasDir() + "/orbsim-interface.xml").c_str());
-            map->_Connect(this, "Device");
-            m_params = std::make_unique<ParamArray>(map->_Ptr, nullptr);
-            m_map = std::move(map);
-            m_ready.store(m_params.get(), std::memory_order_release);
-        } catch (const GenICam::GenericException &) {
-            if (err)
-                *err = OrbCamErrFileRead;
-            return nullptr;
-        }
-    }
-    if (err)
-        *err = OrbCamOk;
-    return m_params.get();
-}
-
-// The node map's lock first, then the interface's own: a feature read holds
-// the map's lock when it reaches the interface's registers (Read), so that is
-// the one order in which both are taken.
-void SimInterface::Lock()
-{
-    if (GetParams())
-        m_map->_Ptr->GetLock().Lock();
-    m_mutex.lock();
-}
-
-void SimInterface::Unlock()
-{
-    m_mutex.unlock();
-    if (m_map)
-        m_map->_Ptr->GetLock().Unlock();
-}
-
-SimCamera *SimInterface::selected() const
-{
-    uint32_t index = 0;
-    const_cast<CMemoryPort &>(m_memory).Read(&index, RegSelector, 4);
-    return index < m_found.size() ? m_found[index] : nullptr;
-}
-
-void SimInterface::refresh()
-{
-    auto number = [&](int64_t address, uint64_t value, size_t length) {
-        const std::vector<uint8_t> bytes = encode(value, length, false);
-        m_memory.Write(bytes.data(), address, static_cast<int64_t>(length));
-    };
-    auto text = [&](int64_t address, const std::string &value) {
-        std::vector<uint8_t> bytes(TextLength, 0);
-        std::memcpy(bytes.data(), value.data(), std::min<size_t>(value.size(), TextLength - 1));
-        m_memory.Write(bytes.data(), address, TextLength);
-    };
-    number(RegDeviceCount, m_found.size(), 4);
-    number(RegInterfaceType, m_type, 4);
-    number(RegInterfaceMAC, m_mac, 8);
-    number(RegInterfaceIP, m_ip, 4);
-    number(RegInterfaceMask, m_mask, 4);
-    number(RegInterfaceGateway, m_gateway, 4);
-    text(RegInterfaceID, m_id);
-    SimCamera *camera = selected();
-    number(RegDeviceMAC, camera ? camera->mac() : 0, 8);
-    number(RegDeviceIP, camera ? camera->ip() : 0, 4);
-    number(RegDeviceMask, camera ? camera->mask() : 0, 4);
-    number(RegDeviceGateway, camera ? camera->gateway() : 0, 4);
-    number(RegUSBVersion, camera ? camera->usbVersion() : 0, 4);
-    number(RegAccessStatus, camera ? camera->GetAccessStatus() : OrbCam::AccessNone, 4);
-    text(RegDeviceID, camera ? camera->GetID() : "");
-    text(RegDeviceVendor, camera ? camera->GetVendor() : "");
-    text(RegDeviceModel, camera ? camera->GetModel() : "");
-    text(RegDeviceSerial, camera ? camera->GetSerialNumber() : "");
-    text(RegDeviceUserName, camera ? camera->GetUserName() : "");
-}
-
-void SimInterface::Read(void *buffer, int64_t address, int64_t length)
-{
-    std::lock_guard<std::recursive_mutex> lock(m_mutex);
-    refresh();
-    m_memory.Read(buffer, address, length);
-}
-
-void SimInterface::Write(const void *buffer, int64_t address, int64_t length)
-{
-    std::lock_guard<std::recursive_mutex> lock(m_mutex);
-    m_memory.Write(buffer, address, length);
-    const Range written { address, length };
-    auto number = [&](int64_t reg) {
-        uint32_t value = 0;
-        m_memory.Read(&value, reg, 4);
-        return value;
-    };
-    auto put = [&](int64_t reg, uint32_t value) { m_memory.Write(&value, reg, 4); };
-    if (written.overlaps(RegSelector, 4)) {
-        // Propose the selected camera's own set-up for a forced address.
-        if (SimCamera *camera = selected()) {
-            put(RegForceIP, camera->ip());
-            put(RegForceMask, camera->mask());
-            put(RegForceGateway, camera->gateway());
-        }
-    }
-    if (written.overlaps(RegForceCommand, 4) && number(RegForceCommand) != 0) {
-        put(RegForceCommand, 0);
-        SimCamera *camera = selected();
-        if (!camera)
-            throw ACCESS_EXCEPTION("no camera is selected");
-        const OrbCamErr result
-            = camera->ForceIP(number(RegForceIP), number(RegForceMask), number(RegForceGateway));
-        if (result != OrbCamOk)
-            throw ACCESS_EXCEPTION("force IP failed: %s", OrbCam_ErrorText(result));
-    }
-    if (written.overlaps(RegUpdateList, 4) && number(RegUpdateList) != 0) {
-        put(RegUpdateList, 0);
-        UpdateDeviceList(nullptr, 0);
-    }
+    return new DeviceInfoVector(m_found, true);
 }
 
 // ---------------------------------------------------------------------------
@@ -796,19 +650,10 @@ SimSystem::~SimSystem()
 
 OrbCam::InterfaceList *SimSystem::GetInterfaces(uint32_t typeMask)
 {
-    std::vector<OrbCam::Interface *> selected;
-    for (const auto &i : m_interfaces) {
-        const uint32_t type = i->GetType();
-        const uint32_t bit = (type >= 1 && type <= 7) ? (1u << (type - 1)) : (1u << 7);
-        if (typeMask & bit)
-            selected.push_back(i.get());
-    }
-    std::lock_guard<std::mutex> lock(m_listMutex);
-    std::unique_ptr<InterfaceVector> &list = m_lists[std::this_thread::get_id()];
-    if (!list)
-        list = std::make_unique<InterfaceVector>(std::vector<OrbCam::Interface *>(), false);
-    list->assign(std::move(selected));
-    return list.get();
+    std::vector<OrbCam::Interface *> all;
+    for (const auto &i : m_interfaces)
+        all.push_back(i.get());
+    return m_lists.select(all, typeMask);
 }
 
 SimCamera *SimSystem::findCamera(const std::string &id) const
@@ -916,28 +761,13 @@ OrbGenParam::Array *SimDevice::GetParams(OrbCamErr *err)
 OrbCamErr SimDevice::RegisterEventCallback(uint32_t event, OrbCam::EventCallback callback,
                                            void *context)
 {
-    if (!callback)
-        return OrbCamErrInvalidArgument;
-    std::lock_guard<std::recursive_mutex> lock(m_callbackMutex);
-    for (const Callback &c : m_callbacks)
-        if (c.event == event && c.function == callback && c.context == context)
-            return OrbCamOk;
-    m_callbacks.push_back({ event, callback, context });
-    return OrbCamOk;
+    return m_events.add(event, callback, context);
 }
 
 OrbCamErr SimDevice::UnregisterEventCallback(uint32_t event, OrbCam::EventCallback callback,
                                              void *context)
 {
-    // Taking the lock waits for a delivery in progress.
-    std::lock_guard<std::recursive_mutex> lock(m_callbackMutex);
-    auto it = std::find_if(m_callbacks.begin(), m_callbacks.end(), [&](const Callback &c) {
-        return c.event == event && c.function == callback && c.context == context;
-    });
-    if (it == m_callbacks.end())
-        return OrbCamErrInvalidArgument;
-    m_callbacks.erase(it);
-    return OrbCamOk;
+    return m_events.remove(event, callback, context);
 }
 
 void SimDevice::deliver(uint32_t event)
@@ -945,11 +775,7 @@ void SimDevice::deliver(uint32_t event)
     // Values cached while the camera was away are stale.
     if (event == OrbCam::EventDeviceReturned)
         m_map._InvalidateNodes();
-    std::lock_guard<std::recursive_mutex> lock(m_callbackMutex);
-    const std::vector<Callback> callbacks = m_callbacks;
-    for (const Callback &c : callbacks)
-        if (c.event == event)
-            c.function(&event, sizeof event, c.context);
+    m_events.deliver(event);
 }
 
 } // namespace OrbCamImpl

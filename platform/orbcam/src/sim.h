@@ -3,6 +3,7 @@
 #define ORBCAM_SIM_H
 
 #include "backend.h"
+#include "interfacefeatures.h"
 #include "paramarray.h"
 
 #include <OrbCam/OrbCam.h>
@@ -76,43 +77,6 @@ struct Range {
 class SimSystem;
 class SimInterface;
 
-// ---------------------------------------------------------------------------
-// Lists
-
-template <class Item, class Base> class VectorList final : public Base {
-public:
-    VectorList(std::vector<Item *> items, bool owned)
-        : m_items(std::move(items))
-        , m_owned(owned)
-    {
-    }
-    size_t Size() const override { return m_items.size(); }
-    Item *First() override
-    {
-        m_next = 0;
-        return Next();
-    }
-    Item *Next() override { return m_next < m_items.size() ? m_items[m_next++] : nullptr; }
-    void Release() override
-    {
-        if (m_owned)
-            delete this;
-    }
-    void assign(std::vector<Item *> items)
-    {
-        m_items = std::move(items);
-        m_next = 0;
-    }
-
-private:
-    std::vector<Item *> m_items;
-    size_t m_next = 0;
-    bool m_owned;
-};
-
-using InterfaceVector = VectorList<OrbCam::Interface, OrbCam::InterfaceList>;
-using DeviceInfoVector = VectorList<OrbCam::DeviceInfo, OrbCam::DeviceInfoList>;
-
 class SimCamera final : public OrbCam::DeviceInfo, public GenApi::IPort {
 public:
     SimCamera(SimInterface &owner, std::string id, const CameraConfig &config);
@@ -178,55 +142,31 @@ private:
     std::unique_ptr<GenApi::CNodeMapRef> m_setupMap; // for resolving feature names
 };
 
-class SimInterface final : public OrbCam::Interface, public GenApi::IPort {
+class SimInterface final : public InterfaceFeatures {
 public:
     SimInterface(SimSystem &system, const InterfaceConfig &config);
-    ~SimInterface() override;
 
-    const char *GetID() const override { return m_id.c_str(); }
-    const char *GetDisplayName() const override { return m_displayName.c_str(); }
-    const char *GetDescription() const override { return m_description.c_str(); }
-    uint32_t GetType() const override { return m_type; }
     OrbCamErr UpdateDeviceList(bool *changed, uint32_t timeoutMs) override;
     OrbCam::DeviceInfoList *GetDeviceInfoList() override;
-    OrbGenParam::Array *GetParams(OrbCamErr *err = nullptr) override;
-    void Lock() override;
-    void Unlock() override;
-
-    // IPort: the interface's own register space (its features).
-    GenApi::EAccessMode GetAccessMode() const override { return GenApi::RW; }
-    void Read(void *buffer, int64_t address, int64_t length) override;
-    void Write(const void *buffer, int64_t address, int64_t length) override;
 
     SimSystem &system() const { return m_system; }
-    uint32_t ip() const { return m_ip; }
-    uint32_t mask() const { return m_mask; }
+    uint32_t ip() const { return m_host.ip; }
+    uint32_t mask() const { return m_host.mask; }
     uint32_t indexOf(const SimCamera *camera) const;
     SimCamera *addCamera(const CameraConfig &config);
     size_t cameraCount() const;
     SimCamera *find(const std::string &id) const;
     std::shared_ptr<SimCamera> share(const SimCamera *camera) const;
 
-private:
-    void refresh();
-    SimCamera *selected() const;
+protected:
+    const std::vector<OrbCam::DeviceInfo *> &found() const override { return m_found; }
+    CameraNetwork networkOf(const OrbCam::DeviceInfo *camera) const override;
 
+private:
     SimSystem &m_system;
-    std::string m_id, m_displayName, m_description;
-    uint32_t m_type;
-    uint32_t m_ip, m_mask, m_gateway;
-    uint64_t m_mac;
-    mutable std::recursive_mutex m_mutex;
     std::vector<std::shared_ptr<SimCamera>> m_cameras; // every camera ever, in order
-    std::vector<SimCamera *> m_found; // the last discovery
+    std::vector<OrbCam::DeviceInfo *> m_found; // the last discovery
     int m_nextSerial = 1;
-    GenApi::CMemoryPort m_memory;
-    // The features are made on first use, under a lock of their own: the
-    // node map's lock must never be taken while m_mutex is held.
-    std::mutex m_paramsMutex;
-    std::unique_ptr<GenApi::CNodeMapRef> m_map;
-    std::unique_ptr<ParamArray> m_params;
-    std::atomic<OrbGenParam::Array *> m_ready { nullptr };
 };
 
 class SimDevice;
@@ -252,9 +192,7 @@ private:
     void eventLoop();
 
     std::vector<std::unique_ptr<SimInterface>> m_interfaces;
-    // One list per calling thread: a list carries its walking cursor.
-    std::map<std::thread::id, std::unique_ptr<InterfaceVector>> m_lists;
-    std::mutex m_listMutex;
+    InterfaceLists m_lists;
 
     std::recursive_mutex m_devicesMutex;
     std::vector<SimDevice *> m_devices;
@@ -306,13 +244,7 @@ private:
     Port m_port;
     GenApi::CNodeMapRef m_map;
     std::unique_ptr<ParamArray> m_params;
-    std::recursive_mutex m_callbackMutex;
-    struct Callback {
-        uint32_t event;
-        OrbCam::EventCallback function;
-        void *context;
-    };
-    std::vector<Callback> m_callbacks;
+    DeviceEvents m_events;
 };
 
 } // namespace OrbCamImpl
