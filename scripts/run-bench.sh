@@ -5,7 +5,7 @@
 # Not part of CI.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup.sh libaravis-dev libusb-1.0-0-dev
+scripts/setup.sh
 cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DORB_BUILD_TESTS=OFF >/dev/null
 cmake --build build-bench --target genapi-bench genparam-bench treeview-bench -j "$(nproc)"
 build-bench/bench/genapi-bench "$@"

@@ -8,6 +8,7 @@ packages=(
     qtbase5-dev qtbase5-dev-tools libxcb1-dev
     libpugixml-dev libzip-dev nlohmann-json3-dev qttools5-dev
     xvfb xauth x11-utils clang-format git doxygen
+    libaravis-dev libusb-1.0-0-dev aravis-tools iproute2
     "$@"
 )
 

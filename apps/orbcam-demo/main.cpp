@@ -1,7 +1,8 @@
 // orbcam-demo: every door of libOrbCameraGuiApi, on the simulated camera
 // system or on a GenICam description.
 //
-// Doors (each also takes --config FILE and --screenshot FILE):
+// Doors (each also takes --backend sim|aravis|all, --config FILE and
+// --screenshot FILE):
 //   orbcam-demo config [--camera ID]
 //   orbcam-demo tree [--xml FILE | --camera ID]
 //   orbcam-demo select [--poll]
@@ -420,6 +421,11 @@ int main(int argc, char **argv)
                         QStringLiteral("Use this simulated set-up (JSON)."),
                         QStringLiteral("FILE") });
     options.addOption(
+        { QStringLiteral("backend"),
+          QStringLiteral("sim: the simulated cameras (default); aravis: real GigE Vision and "
+                         "USB3 Vision cameras; all: both."),
+          QStringLiteral("BACKEND") });
+    options.addOption(
         { QStringLiteral("poll"),
           QStringLiteral("select: keep looking for cameras (about once a second).") });
     options.addOption({ QStringLiteral("screenshot"),
@@ -427,6 +433,25 @@ int main(int argc, char **argv)
                         QStringLiteral("FILE") });
     options.process(app);
 
+    if (options.isSet(QStringLiteral("backend"))) {
+        const QString name = options.value(QStringLiteral("backend"));
+        const uint32_t backends = name == QLatin1String("sim") ? uint32_t(OrbCam::BackendSimulated)
+            : name == QLatin1String("aravis")                  ? uint32_t(OrbCam::BackendAravis)
+            : name == QLatin1String("all")
+            ? uint32_t(OrbCam::BackendSimulated | OrbCam::BackendAravis)
+            : 0u;
+        if (backends == 0) {
+            std::fprintf(stderr, "orbcam-demo: unknown backend '%s' (sim, aravis or all)\n",
+                         qPrintable(name));
+            return 2;
+        }
+        if (OrbCam_SetBackends(backends) != OrbCamOk) {
+            std::fprintf(stderr,
+                         "orbcam-demo: this build cannot reach real cameras (built "
+                         "without Aravis)\n");
+            return 2;
+        }
+    }
     if (options.isSet(QStringLiteral("config"))) {
         std::string why;
         if (OrbCamSim::ConfigureFromFile(options.value(QStringLiteral("config")).toStdString(),

@@ -11,10 +11,14 @@
 
 namespace {
 
-const char usage[] = "usage: orbcam-ls [--config FILE] [--json]\n"
-                     "Lists interfaces and cameras of the (simulated) camera system.\n"
-                     "--config FILE  use the simulated set-up described in FILE (JSON)\n"
-                     "--json         print JSON instead of text\n";
+const char usage[]
+    = "usage: orbcam-ls [--backend sim|aravis|all] [--config FILE] [--json]\n"
+      "Lists interfaces and cameras of the camera system.\n"
+      "--backend B    sim: the simulated cameras (default); aravis: real GigE Vision and\n"
+      "               USB3 Vision cameras (discovery takes about a second per interface);\n"
+      "               all: both\n"
+      "--config FILE  use the simulated set-up described in FILE (JSON)\n"
+      "--json         print JSON instead of text\n";
 
 std::string ipText(int64_t value)
 {
@@ -82,6 +86,21 @@ int run(int argc, char **argv)
         const std::string arg = argv[i];
         if (arg == "--json") {
             asJson = true;
+        } else if (arg == "--backend" && i + 1 < argc) {
+            const std::string name = argv[++i];
+            const uint32_t backends = name == "sim" ? uint32_t(OrbCam::BackendSimulated)
+                : name == "aravis"                  ? uint32_t(OrbCam::BackendAravis)
+                : name == "all" ? uint32_t(OrbCam::BackendSimulated | OrbCam::BackendAravis)
+                                : 0u;
+            if (backends == 0) {
+                std::cerr << "orbcam-ls: unknown backend '" << name << "'\n" << usage;
+                return 2;
+            }
+            if (OrbCam_SetBackends(backends) != OrbCamOk) {
+                std::cerr << "orbcam-ls: this build cannot reach real cameras (built without "
+                             "Aravis)\n";
+                return 2;
+            }
         } else if (arg == "--config" && i + 1 < argc) {
             std::string why;
             if (OrbCamSim::ConfigureFromFile(argv[++i], &why) != OrbCamOk) {
@@ -107,7 +126,7 @@ int run(int argc, char **argv)
     nlohmann::json out = nlohmann::json::array();
     OrbCam::InterfaceList *interfaces = system->GetInterfaces(OrbCam::AllInterfaces);
     for (OrbCam::Interface *i = interfaces->First(); i; i = interfaces->Next()) {
-        i->UpdateDeviceList(nullptr, 200);
+        i->UpdateDeviceList(nullptr, 1000);
         OrbGenParam::Array *params = i->GetParams();
         const bool gige = i->GetType() == OrbCam::InterfaceGigEVision;
         nlohmann::json ij = { { "id", i->GetID() },

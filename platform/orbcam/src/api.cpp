@@ -17,6 +17,7 @@ struct Global {
     std::unique_ptr<Backend> system;
     int references = 0;
     std::string setup; // empty: the default set-up
+    uint32_t backends = OrbCam::BackendSimulated;
 };
 
 Global &global()
@@ -39,18 +40,53 @@ OrbCam::System *OrbCam_GetSystem(OrbCamErr *err)
     Global &g = global();
     std::lock_guard<std::mutex> lock(g.mutex);
     if (!g.system) {
+        std::vector<std::unique_ptr<Backend>> parts;
         try {
-            g.system = createSimBackend(g.setup);
+            if (g.backends & OrbCam::BackendSimulated)
+                parts.push_back(createSimBackend(g.setup));
         } catch (const std::exception &) {
             if (err)
                 *err = OrbCamErrWrongConfiguration;
             return nullptr;
         }
+        try {
+            if (g.backends & OrbCam::BackendAravis)
+                parts.push_back(createAravisBackend());
+        } catch (const std::exception &) {
+            if (err)
+                *err = OrbCamErrUnknown;
+            return nullptr;
+        }
+        g.system = combineBackends(std::move(parts));
     }
     ++g.references;
     if (err)
         *err = OrbCamOk;
     return g.system.get();
+}
+
+uint32_t OrbCam_AvailableBackends()
+{
+    return OrbCam::BackendSimulated | (aravisBuiltIn() ? uint32_t(OrbCam::BackendAravis) : 0u);
+}
+
+OrbCamErr OrbCam_SetBackends(uint32_t backends)
+{
+    if (backends == 0 || (backends & ~OrbCam_AvailableBackends()) != 0)
+        return OrbCamErrInvalidArgument;
+    Global &g = global();
+    std::lock_guard<std::mutex> lock(g.mutex);
+    if (g.system)
+        return OrbCamErrInvalidState;
+    g.backends = backends;
+    return OrbCamOk;
+}
+
+uint32_t OrbCam_GetBackends()
+{
+    Global &g = global();
+    std::lock_guard<std::mutex> lock(g.mutex);
+    return g.backends;
 }
 
 void OrbCam_ReleaseSystem(OrbCam::System *system)

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace OrbCamImpl {
 
@@ -38,15 +39,26 @@ public:
     // Destroys a device that this backend opened and returns true; false,
     // and nothing done, for any other pointer.
     virtual bool closeDevice(OrbCam::Device *device) = 0;
+    // The backends this one is made of (itself, unless it combines others).
+    virtual std::vector<Backend *> parts() { return { this }; }
 };
+
+// Several backends side by side, their interfaces listed in order.
+std::unique_ptr<Backend> combineBackends(std::vector<std::unique_ptr<Backend>> parts);
+
+// The real-camera backend, when this build has it (null otherwise). Starts
+// without discovering anything: the first UpdateDeviceList does. Throws
+// std::exception when it cannot start.
+std::unique_ptr<Backend> createAravisBackend();
+bool aravisBuiltIn();
 
 // The simulated camera system from its JSON set-up (the default set-up when
 // empty). Throws std::exception for a malformed set-up.
 std::unique_ptr<Backend> createSimBackend(const std::string &setup);
 
 // Runs `f` with the API's lock held, on the running backend (null when no
-// system is in use) and on the set-up text the next system starts from.
-// For the simulation's control functions.
+// system is in use; see parts()) and on the set-up text the next system
+// starts from. For the simulation's control functions.
 using LockedApiCall = std::function<OrbCamErr(Backend *running, std::string &setup)>;
 OrbCamErr withApiLocked(const LockedApiCall &f);
 

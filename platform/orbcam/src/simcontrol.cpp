@@ -40,9 +40,12 @@ namespace {
 
 template <class F> OrbCamErr withSystem(F &&f)
 {
-    return withApiLocked([&](Backend *running, std::string &) {
-        auto *system = dynamic_cast<SimSystem *>(running);
-        return system ? f(*system) : OrbCamErrInvalidState;
+    return withApiLocked([&](Backend *running, std::string &) -> OrbCamErr {
+        if (running)
+            for (Backend *part : running->parts())
+                if (auto *system = dynamic_cast<SimSystem *>(part))
+                    return f(*system);
+        return OrbCamErrInvalidState;
     });
 }
 

@@ -28,9 +28,21 @@
 /// on one thread while another reads parameters. Event callbacks come from a
 /// thread of the API, never from inside a caller's call.
 ///
-/// Backends: the embedded default is the simulated camera system (see
-/// OrbCamSim.h); real GigE Vision and USB3 Vision cameras will come behind the
-/// same interfaces.
+/// Backends: by default the System holds the simulated camera system (see
+/// OrbCamSim.h). A build with Aravis also reaches real GigE Vision and USB3
+/// Vision cameras, beside the simulated ones or instead of them, as the host
+/// chooses with OrbCam_SetBackends() before the System starts. Their cameras'
+/// descriptions are read by our own GenICam interpreter; Aravis only finds
+/// the cameras and carries their register reads and writes.
+///
+/// Real cameras answer over the network or USB, so some calls wait for them
+/// (never on a lock another thread needs meanwhile): UpdateDeviceList about
+/// one second (discovery); OrbCam_CreateDevice up to a few seconds (the
+/// camera's description is read); a feature read or write of a camera that
+/// stopped answering about 2.5 seconds before it fails; ForceIP up to one
+/// second for the camera's answer. A GUI thread should run discovery and
+/// opening elsewhere. A camera that stops answering is reported (event 1004)
+/// about five seconds later.
 #ifndef ORBCAM_ORBCAM_H
 #define ORBCAM_ORBCAM_H
 
@@ -66,6 +78,12 @@ enum AccessStatus : uint32_t {
 enum DeviceAccess : uint32_t {
     AccessMonitor = 1, // read only: every feature is at most readable
     AccessControl = 2, // full control: read and write
+};
+
+/// The camera systems a System can hold (OrbCam_SetBackends).
+enum BackendKind : uint32_t {
+    BackendSimulated = 1, // the simulated cameras (OrbCamSim.h)
+    BackendAravis = 2, // real GigE Vision and USB3 Vision cameras, through Aravis
 };
 
 /// Device event numbers.
@@ -195,11 +213,24 @@ protected:
 } // namespace OrbCam
 
 /// The system (shared: every call returns the same one and counts a
-/// reference). nullptr with *err set when the system cannot start (a malformed
-/// simulation set-up, for instance).
+/// reference). nullptr with *err set when the system cannot start:
+/// OrbCamErrWrongConfiguration for a malformed simulation set-up,
+/// OrbCamErrUnknown when the real-camera backend cannot start.
 ORBCAM_API OrbCam::System *OrbCam_GetSystem(OrbCamErr *err = nullptr);
 /// Gives one reference back; the last one frees the system.
 ORBCAM_API void OrbCam_ReleaseSystem(OrbCam::System *system);
+
+/// The backends this build has: BackendSimulated, and BackendAravis when the
+/// library was built with Aravis.
+ORBCAM_API uint32_t OrbCam_AvailableBackends();
+/// Chooses the backends the next System holds (a mask of BackendKind; their
+/// interfaces are listed simulated first). Only while no System is in use:
+/// OrbCamErrInvalidState otherwise; OrbCamErrInvalidArgument for 0, an
+/// unknown bit or a backend this build lacks. The default is
+/// BackendSimulated. Thread-safe.
+ORBCAM_API OrbCamErr OrbCam_SetBackends(uint32_t backends);
+/// The backends the next (or the running) System holds.
+ORBCAM_API uint32_t OrbCam_GetBackends();
 
 /// Opens the camera described by info. access is an OrbCam::DeviceAccess;
 /// flags must be 0. nullptr with *err set when the camera is gone

@@ -1,0 +1,519 @@
+// Real cameras through the Aravis backend, end to end: inside a network
+// namespace this test makes for itself, with only loopback up (GigE Vision
+// discovery broadcasts, and nothing may leave the machine), Aravis's fake
+// GigE Vision cameras serve a description of our own; discovery, the
+// interface features, the parameter tree view and a lost camera are checked
+// through the real interfaces. A GVCP peer of the test's own checks force IP
+// byte for byte. Where no namespace can be made the tests are skipped and
+// say why.
+// Aravis (GLib) before any Qt header: Qt's `signals` keyword would take
+// GLib's struct member of that name.
+#include <arv.h>
+
+#include <OrbCam/OrbCam.h>
+#include <OrbGui/orbgenparamtreeview.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTreeView>
+#include <QtTest>
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sched.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <thread>
+
+namespace {
+
+const char *const FakeCamera = "arv-fake-gv-camera-0.8";
+
+bool writeFile(const char *path, const std::string &text)
+{
+    const int fd = open(path, O_WRONLY);
+    if (fd < 0)
+        return false;
+    const bool ok = write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    close(fd);
+    return ok;
+}
+
+bool run(const QString &program, const QStringList &arguments, QString &why)
+{
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForFinished(5000) || process.exitStatus() != QProcess::NormalExit
+        || process.exitCode() != 0) {
+        why = program + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')) + QStringLiteral(": ")
+            + QString::fromLocal8Bit(process.readAllStandardError()).trimmed()
+            + process.errorString();
+        return false;
+    }
+    return true;
+}
+
+// This process (and what it starts) moves to a network namespace of its
+// own with loopback up and the given extra loopback addresses.
+bool enterNamespace(const QStringList &addresses, QString &why)
+{
+    if (unshare(CLONE_NEWNET) != 0) {
+        const int denied = errno;
+        // Without the right to make one, a user namespace may give it.
+        const uid_t uid = getuid();
+        const gid_t gid = getgid();
+        if (unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) {
+            why = QStringLiteral("cannot create a network namespace: %1")
+                      .arg(QString::fromLocal8Bit(std::strerror(denied)));
+            return false;
+        }
+        writeFile("/proc/self/setgroups", "deny");
+        if (!writeFile("/proc/self/uid_map", "0 " + std::to_string(uid) + " 1")
+            || !writeFile("/proc/self/gid_map", "0 " + std::to_string(gid) + " 1")) {
+            why = QStringLiteral("cannot map the user into the new namespace");
+            return false;
+        }
+    }
+    if (!run(QStringLiteral("ip"),
+             { QStringLiteral("link"), QStringLiteral("set"), QStringLiteral("lo"),
+               QStringLiteral("up") },
+             why))
+        return false;
+    for (const QString &address : addresses)
+        if (!run(QStringLiteral("ip"),
+                 { QStringLiteral("addr"), QStringLiteral("add"), address + QStringLiteral("/8"),
+                   QStringLiteral("dev"), QStringLiteral("lo") },
+                 why))
+            return false;
+    return true;
+}
+
+// Our simulated camera's description for the fake camera, which has 64 KiB
+// of register memory with its own registers low: every register moves into
+// a free part of it (0x10000.. to 0x8000.., 0x20000.. to 0x9000..).
+std::string fakeCameraModel()
+{
+    QFile file(QStringLiteral(ORB_CAMERAS_DIR "/orbsim-c2000.xml"));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QString xml = QString::fromUtf8(file.readAll());
+    static const QRegularExpression address(
+        QStringLiteral("<Address>0x([12])([0-9A-Fa-f]{4})</Address>"));
+    QString moved;
+    int last = 0;
+    for (auto it = address.globalMatch(xml); it.hasNext();) {
+        const QRegularExpressionMatch m = it.next();
+        moved += xml.midRef(last, m.capturedStart() - last);
+        const uint32_t base = m.captured(1) == QLatin1String("1") ? 0x8000 : 0x9000;
+        moved += QStringLiteral("<Address>0x%1</Address>")
+                     .arg(base + m.captured(2).toUInt(nullptr, 16), 4, 16, QLatin1Char('0'));
+        last = m.capturedEnd();
+    }
+    moved += xml.midRef(last);
+    return moved.toStdString();
+}
+
+// The camera's memory as the device itself holds it, read past our API.
+QByteArray rawMemory(const char *address, guint64 at, guint32 size)
+{
+    QByteArray bytes(static_cast<int>(size), '\0');
+    ArvInterface *gv = arv_gv_interface_get_instance();
+    arv_interface_update_device_list(gv);
+    for (unsigned i = 0; i < arv_interface_get_n_devices(gv); ++i) {
+        if (qstrcmp(arv_interface_get_device_address(gv, i), address) != 0)
+            continue;
+        GError *error = nullptr;
+        ArvDevice *device
+            = arv_interface_open_device(gv, arv_interface_get_device_id(gv, i), &error);
+        if (!device) {
+            g_clear_error(&error);
+            return {};
+        }
+        arv_device_read_memory(device, at, size, bytes.data(), &error);
+        g_clear_error(&error);
+        g_object_unref(device);
+        return bytes;
+    }
+    return {};
+}
+
+// A GigE Vision peer of the test's own on the GVCP port: answers discovery
+// as a camera at `ip` with `mac`, and records the FORCEIP command it gets
+// (and acknowledges it).
+class GvcpPeer {
+public:
+    GvcpPeer(uint32_t ip, uint64_t mac)
+        : m_ip(ip)
+        , m_mac(mac)
+    {
+        m_socket = socket(AF_INET, SOCK_DGRAM, 0);
+        const int on = 1;
+        setsockopt(m_socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+        sockaddr_in any {};
+        any.sin_family = AF_INET;
+        any.sin_port = htons(3956);
+        any.sin_addr.s_addr = htonl(INADDR_ANY);
+        m_bound = bind(m_socket, reinterpret_cast<sockaddr *>(&any), sizeof any) == 0;
+        m_thread = std::thread([this] { serve(); });
+    }
+    ~GvcpPeer()
+    {
+        m_stop = true;
+        m_thread.join();
+        close(m_socket);
+    }
+    bool bound() const { return m_bound; }
+    QByteArray forceIp() const
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        return m_forceIp;
+    }
+
+private:
+    static void put(QByteArray &b, int at, uint64_t value, int bytes)
+    {
+        for (int i = 0; i < bytes; ++i)
+            b[at + i] = static_cast<char>(value >> (8 * (bytes - 1 - i)));
+    }
+    void serve()
+    {
+        while (!m_stop) {
+            pollfd readable { m_socket, POLLIN, 0 };
+            if (poll(&readable, 1, 50) <= 0)
+                continue;
+            char buffer[600];
+            sockaddr_in from {};
+            socklen_t fromSize = sizeof from;
+            const ssize_t got = recvfrom(m_socket, buffer, sizeof buffer, 0,
+                                         reinterpret_cast<sockaddr *>(&from), &fromSize);
+            if (got < 8 || static_cast<uint8_t>(buffer[0]) != 0x42)
+                continue;
+            const int command
+                = (static_cast<uint8_t>(buffer[2]) << 8) | static_cast<uint8_t>(buffer[3]);
+            const uint16_t request = static_cast<uint16_t>((static_cast<uint8_t>(buffer[6]) << 8)
+                                                           | static_cast<uint8_t>(buffer[7]));
+            QByteArray answer(8, '\0');
+            if (command == 0x0002) { // DISCOVERY_CMD
+                answer.resize(8 + 0xF8);
+                answer.fill('\0');
+                put(answer, 2, 0x0003, 2);
+                put(answer, 4, 0xF8, 2);
+                put(answer, 6, request, 2);
+                char *p = answer.data() + 8;
+                p[1] = 2; // version 2.0
+                put(answer, 8 + 0x08, m_mac >> 32, 4);
+                put(answer, 8 + 0x0C, m_mac & 0xFFFFFFFF, 4);
+                put(answer, 8 + 0x24, m_ip, 4);
+                put(answer, 8 + 0x34, 0xFF000000, 4);
+                std::strcpy(p + 0x48, "Peer Vendor");
+                std::strcpy(p + 0x68, "Peer Model");
+                std::strcpy(p + 0xD8, "PEER01");
+            } else if (command == 0x0004) { // FORCEIP_CMD
+                {
+                    std::lock_guard<std::mutex> lock(m_mutex);
+                    m_forceIp = QByteArray(buffer, static_cast<int>(got));
+                }
+                put(answer, 2, 0x0005, 2);
+                put(answer, 6, request, 2);
+            } else {
+                continue;
+            }
+            sendto(m_socket, answer.constData(), static_cast<size_t>(answer.size()), 0,
+                   reinterpret_cast<sockaddr *>(&from), fromSize);
+        }
+    }
+
+    uint32_t m_ip;
+    uint64_t m_mac;
+    int m_socket = -1;
+    bool m_bound = false;
+    std::atomic<bool> m_stop { false };
+    std::thread m_thread;
+    mutable std::mutex m_mutex;
+    QByteArray m_forceIp;
+};
+
+struct SystemRef {
+    SystemRef() { system = OrbCam_GetSystem(&err); }
+    ~SystemRef()
+    {
+        if (system)
+            OrbCam_ReleaseSystem(system);
+    }
+    OrbCam::Interface *gigE() const
+    {
+        OrbCam::InterfaceList *list
+            = system->GetInterfaces(1u << (OrbCam::InterfaceGigEVision - 1));
+        for (OrbCam::Interface *i = list->First(); i; i = list->Next())
+            if (qstrcmp(i->GetID(), "GEV/lo") == 0)
+                return i;
+        return nullptr;
+    }
+    std::vector<OrbCam::DeviceInfo *> cameras() const
+    {
+        std::vector<OrbCam::DeviceInfo *> found;
+        OrbCam::Interface *i = gigE();
+        if (!i)
+            return found;
+        i->UpdateDeviceList(nullptr, 1000);
+        OrbCam::DeviceInfoList *list = i->GetDeviceInfoList();
+        for (OrbCam::DeviceInfo *d = list->First(); d; d = list->Next())
+            found.push_back(d);
+        list->Release();
+        return found;
+    }
+    OrbCam::System *system = nullptr;
+    OrbCamErr err = OrbCamOk;
+};
+
+void onEvent(const void *data, size_t, void *context)
+{
+    static_cast<std::atomic<uint32_t> *>(context)->store(*static_cast<const uint32_t *>(data));
+}
+
+} // namespace
+
+class tst_OrbCamAravis : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void backendChoice();
+    void discoveryAndInterfaceFeatures();
+    void treeViewEditReachesTheCamera();
+    void lostCameraIsReported();
+    void forceIpReachesTheCamera();
+
+private:
+    QProcess *startFake(const QString &address, const QString &serial);
+
+    QTemporaryDir m_dir;
+    QString m_model;
+    std::vector<std::unique_ptr<QProcess>> m_fakes;
+};
+
+void tst_OrbCamAravis::initTestCase()
+{
+    if (!(OrbCam_AvailableBackends() & OrbCam::BackendAravis))
+        QSKIP("this build has no Aravis backend");
+    QString why;
+    if (QStandardPaths::findExecutable(QString::fromLatin1(FakeCamera)).isEmpty())
+        QSKIP("arv-fake-gv-camera-0.8 (Debian: aravis-tools) is not installed");
+    if (!enterNamespace({ QStringLiteral("127.0.0.2"), QStringLiteral("127.0.0.3"),
+                          QStringLiteral("127.0.0.9") },
+                        why))
+        QSKIP(qPrintable(QStringLiteral("no private network for GigE Vision tests: ") + why));
+    QVERIFY(m_dir.isValid());
+    m_model = m_dir.filePath(QStringLiteral("orbsim-c2000-fake.xml"));
+    const std::string model = fakeCameraModel();
+    QVERIFY(!model.empty());
+    QFile out(m_model);
+    QVERIFY(out.open(QIODevice::WriteOnly));
+    out.write(model.data(), static_cast<qint64>(model.size()));
+    out.close();
+    QVERIFY(startFake(QStringLiteral("127.0.0.2"), QStringLiteral("ORB-A")));
+    QVERIFY(startFake(QStringLiteral("127.0.0.3"), QStringLiteral("ORB-B")));
+    QCOMPARE(OrbCam_SetBackends(OrbCam::BackendAravis), OrbCamOk);
+}
+
+QProcess *tst_OrbCamAravis::startFake(const QString &address, const QString &serial)
+{
+    auto process = std::make_unique<QProcess>();
+    process->start(QString::fromLatin1(FakeCamera),
+                   { QStringLiteral("-i"), address, QStringLiteral("-s"), serial,
+                     QStringLiteral("-g"), m_model });
+    if (!process->waitForStarted(3000))
+        return nullptr;
+    // It answers once its sockets are bound; a moment is enough.
+    QTest::qWait(300);
+    if (process->state() != QProcess::Running)
+        return nullptr;
+    m_fakes.push_back(std::move(process));
+    return m_fakes.back().get();
+}
+
+void tst_OrbCamAravis::cleanupTestCase()
+{
+    for (auto &fake : m_fakes) {
+        fake->kill();
+        fake->waitForFinished(3000);
+    }
+    OrbCam_SetBackends(OrbCam::BackendSimulated);
+}
+
+void tst_OrbCamAravis::backendChoice()
+{
+    QCOMPARE(OrbCam_SetBackends(0), OrbCamErrInvalidArgument);
+    QCOMPARE(OrbCam_SetBackends(8), OrbCamErrInvalidArgument);
+    {
+        SystemRef ref;
+        QVERIFY(ref.system);
+        // While a system is in use the choice stands.
+        QCOMPARE(OrbCam_SetBackends(OrbCam::BackendSimulated), OrbCamErrInvalidState);
+        QCOMPARE(OrbCam_GetBackends(), uint32_t(OrbCam::BackendAravis));
+    }
+    QCOMPARE(OrbCam_SetBackends(OrbCam::BackendSimulated | OrbCam::BackendAravis), OrbCamOk);
+    {
+        // Side by side: the simulated interfaces first, then the real ones.
+        SystemRef ref;
+        OrbCam::InterfaceList *list = ref.system->GetInterfaces(OrbCam::AllInterfaces);
+        QStringList ids;
+        for (OrbCam::Interface *i = list->First(); i; i = list->Next())
+            ids << QString::fromLatin1(i->GetID());
+        QCOMPARE(ids.first(), QStringLiteral("GEV0"));
+        QVERIFY2(ids.contains(QStringLiteral("GEV/lo")), qPrintable(ids.join(QLatin1Char(' '))));
+        QVERIFY(ids.contains(QStringLiteral("U3V")));
+    }
+    QCOMPARE(OrbCam_SetBackends(OrbCam::BackendAravis), OrbCamOk);
+}
+
+void tst_OrbCamAravis::discoveryAndInterfaceFeatures()
+{
+    SystemRef ref;
+    QVERIFY(ref.system);
+    OrbCam::Interface *lo = ref.gigE();
+    QVERIFY(lo);
+    QCOMPARE(lo->GetType(), uint32_t(OrbCam::InterfaceGigEVision));
+    const std::vector<OrbCam::DeviceInfo *> cameras = ref.cameras();
+    QStringList serials;
+    for (OrbCam::DeviceInfo *c : cameras)
+        serials << QString::fromLatin1(c->GetSerialNumber());
+    serials.sort();
+    QCOMPARE(serials, QStringList({ QStringLiteral("ORB-A"), QStringLiteral("ORB-B") }));
+
+    OrbGenParam::Array *features = lo->GetParams();
+    QVERIFY(features);
+    QCOMPARE(features->GetInt("GevInterfaceSubnetIPAddress")->GetValue(), int64_t(0x7F000001));
+    QCOMPARE(features->GetInt("GevInterfaceSubnetMask")->GetValue(), int64_t(0xFF000000));
+    for (OrbCam::DeviceInfo *camera : cameras) {
+        QCOMPARE(camera->GetAccessStatus(), uint32_t(OrbCam::AccessReadWrite));
+        QCOMPARE(camera->GetInterface(), lo);
+        lo->Lock();
+        features->GetInt("DeviceSelector")->SetValue(camera->GetIndex());
+        const int64_t ip = features->GetInt("GevDeviceIPAddress")->GetValue();
+        lo->Unlock();
+        QCOMPARE(ip,
+                 qstrcmp(camera->GetSerialNumber(), "ORB-A") == 0 ? int64_t(0x7F000002)
+                                                                  : int64_t(0x7F000003));
+    }
+}
+
+void tst_OrbCamAravis::treeViewEditReachesTheCamera()
+{
+    SystemRef ref;
+    OrbCam::DeviceInfo *cameraA = nullptr;
+    for (OrbCam::DeviceInfo *c : ref.cameras())
+        if (qstrcmp(c->GetSerialNumber(), "ORB-A") == 0)
+            cameraA = c;
+    QVERIFY(cameraA);
+    OrbCamErr err = OrbCamOk;
+    OrbCam::Device *device = OrbCam_CreateDevice(cameraA, OrbCam::AccessControl, 0, &err);
+    QVERIFY2(device, OrbCam_ErrorText(err));
+    {
+        OrbGui::OrbGenParamTreeView view(device->GetParams());
+        view.resize(600, 700);
+        view.show();
+        view.treeView()->expandAll();
+        QAbstractItemModel *model = view.treeView()->model();
+        QModelIndex name;
+        std::function<void(const QModelIndex &)> search = [&](const QModelIndex &parent) {
+            for (int row = 0; row < model->rowCount(parent) && !name.isValid(); ++row) {
+                const QModelIndex index = model->index(row, 0, parent);
+                if (index.data().toString() == QLatin1String("Device User ID"))
+                    name = index;
+                search(index);
+            }
+        };
+        search(QModelIndex());
+        QVERIFY(name.isValid());
+        QVERIFY(model->setData(name.sibling(name.row(), 1), QStringLiteral("Line 7")));
+        QCOMPARE(name.sibling(name.row(), 1).data().toString(), QStringLiteral("Line 7"));
+    }
+    OrbCam_ReleaseDevice(device);
+    // DeviceUserID sits at 0x10010 in the simulated model, at 0x8010 here.
+    const QByteArray stored = rawMemory("127.0.0.2", 0x8010, 16);
+    QCOMPARE(stored.left(7), QByteArray("Line 7\0", 7));
+}
+
+void tst_OrbCamAravis::lostCameraIsReported()
+{
+    SystemRef ref;
+    OrbCam::DeviceInfo *cameraB = nullptr;
+    for (OrbCam::DeviceInfo *c : ref.cameras())
+        if (qstrcmp(c->GetSerialNumber(), "ORB-B") == 0)
+            cameraB = c;
+    QVERIFY(cameraB);
+    OrbCam::Device *device = OrbCam_CreateDevice(cameraB, OrbCam::AccessControl, 0);
+    QVERIFY(device);
+    std::atomic<uint32_t> event { 0 };
+    QCOMPARE(device->RegisterEventCallback(OrbCam::EventDeviceLost, onEvent, &event), OrbCamOk);
+    QVERIFY(device->IsConnected());
+    QProcess *fakeB = m_fakes.back().get();
+    fakeB->kill();
+    fakeB->waitForFinished(3000);
+    // Aravis's heartbeat notices after a few seconds.
+    QTRY_COMPARE_WITH_TIMEOUT(event.load(), uint32_t(OrbCam::EventDeviceLost), 15000);
+    QVERIFY(!device->IsConnected());
+    OrbCamErr err = OrbCamOk;
+    device->GetParams()->GetInt("Width")->GetValue(&err);
+    QCOMPARE(err, OrbCamErrNoDevice);
+    OrbCam_ReleaseDevice(device);
+    // Gone from the next discovery; its DeviceInfo stays and says so.
+    const std::vector<OrbCam::DeviceInfo *> left = ref.cameras();
+    QCOMPARE(left.size(), size_t(1));
+    QCOMPARE(cameraB->GetAccessStatus(), uint32_t(OrbCam::AccessNone));
+}
+
+void tst_OrbCamAravis::forceIpReachesTheCamera()
+{
+    // The fake cameras hold the GVCP port on their addresses: only our peer
+    // answers from here on.
+    for (auto &fake : m_fakes) {
+        fake->kill();
+        fake->waitForFinished(3000);
+    }
+    GvcpPeer peer(0x7F000009, 0x0A1B2C3D4E5Full);
+    QVERIFY(peer.bound());
+    SystemRef ref;
+    std::vector<OrbCam::DeviceInfo *> cameras = ref.cameras();
+    QCOMPARE(cameras.size(), size_t(1));
+    OrbCam::DeviceInfo *camera = cameras.front();
+    QCOMPARE(QByteArray(camera->GetSerialNumber()), QByteArray("PEER01"));
+    QCOMPARE(camera->ForceIP(0, 0xFF000000, 0), OrbCamErrInvalidArgument);
+    QCOMPARE(camera->ForceIP(0x7F000042, 0xFF00FF00, 0), OrbCamErrInvalidArgument);
+    QCOMPARE(camera->ForceIP(0x7F000042, 0xFFFF0000, 0x7F000001), OrbCamOk);
+
+    const QByteArray sent = peer.forceIp();
+    QCOMPARE(sent.size(), 64);
+    QByteArray expected(64, '\0');
+    const uint8_t header[] = { 0x42, 0x01, 0x00, 0x04, 0x00, 0x38 };
+    for (int i = 0; i < 6; ++i)
+        expected[i] = static_cast<char>(header[i]);
+    expected[6] = sent[6]; // the request id, whatever it is, but not 0
+    expected[7] = sent[7];
+    QVERIFY(sent[6] != 0 || sent[7] != 0);
+    const uint8_t mac[] = { 0x0A, 0x1B, 0x2C, 0x3D, 0x4E, 0x5F };
+    for (int i = 0; i < 6; ++i)
+        expected[8 + 2 + i] = static_cast<char>(mac[i]);
+    const uint8_t ip[] = { 127, 0, 0, 0x42 }, mask[] = { 255, 255, 0, 0 }, gw[] = { 127, 0, 0, 1 };
+    for (int i = 0; i < 4; ++i) {
+        expected[8 + 20 + i] = static_cast<char>(ip[i]);
+        expected[8 + 36 + i] = static_cast<char>(mask[i]);
+        expected[8 + 52 + i] = static_cast<char>(gw[i]);
+    }
+    QCOMPARE(sent.toHex(), expected.toHex());
+}
+
+QTEST_MAIN(tst_OrbCamAravis)
+#include "tst_orbcam_aravis.moc"
