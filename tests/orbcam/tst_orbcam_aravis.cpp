@@ -459,15 +459,30 @@ void tst_OrbCamAravis::lostCameraIsReported()
     std::atomic<uint32_t> event { 0 };
     QCOMPARE(device->RegisterEventCallback(OrbCam::EventDeviceLost, onEvent, &event), OrbCamOk);
     QVERIFY(device->IsConnected());
-    QProcess *fakeB = m_fakes.back().get();
-    fakeB->kill();
-    fakeB->waitForFinished(3000);
+    m_fakes.back()->kill();
+    m_fakes.back()->waitForFinished(3000);
     // Aravis's heartbeat notices after a few seconds.
     QTRY_COMPARE_WITH_TIMEOUT(event.load(), uint32_t(OrbCam::EventDeviceLost), 15000);
     QVERIFY(!device->IsConnected());
     OrbCamErr err = OrbCamOk;
     device->GetParams()->GetInt("Width")->GetValue(&err);
     QCOMPARE(err, OrbCamErrNoDevice);
+
+    // It comes back (powered up again at the same address): event 1003, and
+    // its features answer again.
+    QCOMPARE(device->RegisterEventCallback(OrbCam::EventDeviceReturned, onEvent, &event), OrbCamOk);
+    QVERIFY(startFake(QStringLiteral("127.0.0.3"), QStringLiteral("ORB-B")));
+    QTRY_COMPARE_WITH_TIMEOUT(event.load(), uint32_t(OrbCam::EventDeviceReturned), 15000);
+    QVERIFY(device->IsConnected());
+    OrbGenParam::String *userId = device->GetParams()->GetString("DeviceUserID");
+    QVERIFY(userId);
+    QCOMPARE(userId->SetValue("Back"), OrbCamOk);
+    QCOMPARE(rawMemory("127.0.0.3", 0x8010, 5), QByteArray("Back\0", 5));
+
+    // Lost for good.
+    m_fakes.back()->kill();
+    m_fakes.back()->waitForFinished(3000);
+    QTRY_COMPARE_WITH_TIMEOUT(event.load(), uint32_t(OrbCam::EventDeviceLost), 15000);
     OrbCam_ReleaseDevice(device);
     // Gone from the next discovery; its DeviceInfo stays and says so.
     const std::vector<OrbCam::DeviceInfo *> left = ref.cameras();

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstring>
 #include <deque>
@@ -385,7 +386,8 @@ void AravisSystem::discover(bool gigE, AravisInterface *asking, bool *changed)
 // Devices
 
 // The camera's registers through Aravis. A read or write of a camera that
-// stopped answering fails after Aravis's retries (about 2.5 s).
+// stopped answering fails after Aravis's retries (about 2.5 s). The Aravis
+// device behind it is replaced when a lost camera returns.
 class AravisPort final : public IPort {
 public:
     AravisPort(ArvDevice *device, EAccessMode mode, const std::string &camera)
@@ -398,8 +400,9 @@ public:
     void Read(void *buffer, int64_t address, int64_t length) override
     {
         GError *error = nullptr;
+        Held device(*this);
         if (length < 0 || length > UINT32_MAX
-            || !arv_device_read_memory(m_device, static_cast<guint64>(address),
+            || !arv_device_read_memory(device.get(), static_cast<guint64>(address),
                                        static_cast<guint32>(length), buffer, &error))
             fail("reading", address, length, error);
     }
@@ -408,15 +411,42 @@ public:
         if (m_mode != RW && m_mode != WO)
             throw ACCESS_EXCEPTION("the camera %s was opened read-only", m_camera.c_str());
         GError *error = nullptr;
+        Held device(*this);
         if (length < 0 || length > UINT32_MAX
-            || !arv_device_write_memory(m_device, static_cast<guint64>(address),
+            || !arv_device_write_memory(device.get(), static_cast<guint64>(address),
                                         static_cast<guint32>(length), const_cast<void *>(buffer),
                                         &error))
             fail("writing", address, length, error);
     }
     void setLost(bool lost) { m_lost = lost; }
+    // Takes `device` over and returns the one it replaces (the caller's).
+    ArvDevice *replace(ArvDevice *device)
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        std::swap(device, m_device);
+        return device;
+    }
 
 private:
+    // A reference for the length of one access: the device may be replaced
+    // meanwhile.
+    class Held {
+    public:
+        explicit Held(AravisPort &port)
+        {
+            std::lock_guard<std::mutex> lock(port.m_mutex);
+            m_device = port.m_device;
+            g_object_ref(m_device);
+        }
+        ~Held() { g_object_unref(m_device); }
+        Held(const Held &) = delete;
+        Held &operator=(const Held &) = delete;
+        ArvDevice *get() const { return m_device; }
+
+    private:
+        ArvDevice *m_device;
+    };
+
     [[noreturn]] void fail(const char *what, int64_t address, int64_t length, GError *error)
     {
         const std::string why = error ? error->message : "invalid length";
@@ -427,18 +457,38 @@ private:
                                static_cast<unsigned long long>(address), why.c_str());
     }
 
+    std::mutex m_mutex;
     ArvDevice *m_device;
     EAccessMode m_mode;
     std::string m_camera;
     std::atomic<bool> m_lost { false };
 };
 
+// Opens the camera with this Aravis identifier; null with the reason in why.
+ArvDevice *openAravis(bool gigE, const std::string &id, std::string &why)
+{
+    GError *error = nullptr;
+    ArvDevice *device = nullptr;
+    {
+        std::lock_guard<std::mutex> lock(aravisMutex());
+        ArvInterface *aravis
+            = gigE ? arv_gv_interface_get_instance() : arv_uv_interface_get_instance();
+        device = arv_interface_open_device(aravis, id.c_str(), &error);
+    }
+    if (!device) {
+        why = error ? error->message : "unknown reason";
+        if (error)
+            g_error_free(error);
+    }
+    return device;
+}
+
 class AravisDevice final : public OrbCam::Device {
 public:
     AravisDevice(AravisSystem &system, AravisCamera &camera, ArvDevice *device, uint32_t access)
         : m_system(system)
         , m_camera(camera)
-        , m_device(device)
+        , m_access(access)
         , m_port(device, access == OrbCam::AccessMonitor ? RO : RW, camera.GetID())
         , m_map(camera.GetID())
     {
@@ -459,12 +509,7 @@ public:
             throw;
         }
         m_params = std::make_unique<ParamArray>(m_map._Ptr, [this] { return !m_lost.load(); });
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wold-style-cast"
-#pragma GCC diagnostic ignored "-Wcast-function-type"
-        m_lostHandler
-            = g_signal_connect(device, "control-lost", G_CALLBACK(&AravisDevice::onLost), this);
-#pragma GCC diagnostic pop
+        watch(device);
         m_system.attach(this);
     }
 
@@ -472,11 +517,41 @@ public:
     {
         m_params.reset(); // before the node map it listens to
         m_map._Destroy();
-        g_signal_handler_disconnect(m_device, m_lostHandler);
+        ArvDevice *device = m_port.replace(nullptr);
+        g_signal_handler_disconnect(device, m_lostHandler);
         // Stops Aravis's heartbeat thread, the one that reports a loss (a
         // report under way finishes first); then its queued events go.
-        g_object_unref(m_device);
+        g_object_unref(device);
         m_system.detach(this);
+    }
+
+    // On the system's event thread, while the camera is lost: opens it
+    // again if it answers and tells the callbacks (event 1003). Blocks for
+    // a discovery (about a second).
+    void tryReturn()
+    {
+        if (!m_lost)
+            return;
+        {
+            std::lock_guard<std::mutex> lock(aravisMutex());
+            arv_interface_update_device_list(m_camera.gigE() ? arv_gv_interface_get_instance()
+                                                             : arv_uv_interface_get_instance());
+        }
+        std::string why;
+        ArvDevice *device = openAravis(m_camera.gigE(), m_camera.aravisId(), why);
+        if (!device)
+            return;
+        if (m_access == OrbCam::AccessMonitor && ARV_IS_GV_DEVICE(device))
+            arv_gv_device_leave_control(ARV_GV_DEVICE(device), nullptr);
+        ArvDevice *old = m_port.replace(device);
+        g_signal_handler_disconnect(old, m_lostHandler);
+        g_object_unref(old);
+        watch(device);
+        m_port.setLost(false);
+        m_lost = false;
+        // Values cached while the camera was away are stale.
+        m_map._InvalidateNodes();
+        m_events.deliver(OrbCam::EventDeviceReturned);
     }
 
     OrbGenParam::Array *GetParams(OrbCamErr *err = nullptr) override
@@ -485,14 +560,8 @@ public:
             *err = OrbCamOk;
         return m_params.get();
     }
-    OrbCam::DeviceInfo *GetInfo() const override
-    {
-        return &m_camera;
-    }
-    bool IsConnected() const override
-    {
-        return !m_lost;
-    }
+    OrbCam::DeviceInfo *GetInfo() const override { return &m_camera; }
+    bool IsConnected() const override { return !m_lost; }
     OrbCamErr RegisterEventCallback(uint32_t event, OrbCam::EventCallback callback,
                                     void *context) override
     {
@@ -504,16 +573,20 @@ public:
         return m_events.remove(event, callback, context);
     }
 
-    AravisSystem &system() const
-    {
-        return m_system;
-    }
-    void deliver(uint32_t event)
-    {
-        m_events.deliver(event);
-    }
+    AravisSystem &system() const { return m_system; }
+    void deliver(uint32_t event) { m_events.deliver(event); }
 
 private:
+    void watch(ArvDevice *device)
+    {
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wold-style-cast"
+#pragma GCC diagnostic ignored "-Wcast-function-type"
+        m_lostHandler
+            = g_signal_connect(device, "control-lost", G_CALLBACK(&AravisDevice::onLost), this);
+#pragma GCC diagnostic pop
+    }
+
     // On Aravis's heartbeat thread, some seconds after the camera stopped
     // answering.
     static void onLost(ArvDevice *, gpointer self)
@@ -527,7 +600,7 @@ private:
 
     AravisSystem &m_system;
     AravisCamera &m_camera;
-    ArvDevice *m_device;
+    uint32_t m_access;
     AravisPort m_port;
     CNodeMapRef m_map;
     std::unique_ptr<ParamArray> m_params;
@@ -546,20 +619,10 @@ public:
     }
     OrbCam::Device *open() override
     {
-        ArvDevice *device = nullptr;
-        GError *error = nullptr;
-        {
-            std::lock_guard<std::mutex> lock(aravisMutex());
-            ArvInterface *aravis = m_camera.gigE() ? arv_gv_interface_get_instance()
-                                                   : arv_uv_interface_get_instance();
-            device = arv_interface_open_device(aravis, m_camera.aravisId().c_str(), &error);
-        }
-        if (!device) {
-            const std::string why = error ? error->message : "unknown reason";
-            if (error)
-                g_error_free(error);
+        std::string why;
+        ArvDevice *device = openAravis(m_camera.gigE(), m_camera.aravisId(), why);
+        if (!device)
             throw ACCESS_EXCEPTION("cannot open camera %s: %s", m_camera.GetID(), why.c_str());
-        }
         // Monitoring leaves the camera to whoever controls it.
         if (m_access == OrbCam::AccessMonitor && ARV_IS_GV_DEVICE(device))
             arv_gv_device_leave_control(ARV_GV_DEVICE(device), nullptr);
@@ -628,22 +691,34 @@ void AravisSystem::post(AravisDevice *device, uint32_t event)
     m_queueCondition.notify_all();
 }
 
+// Delivers events and, every two seconds, looks whether a lost camera
+// answers again.
 void AravisSystem::eventLoop()
 {
     for (;;) {
-        std::pair<AravisDevice *, uint32_t> item;
+        std::pair<AravisDevice *, uint32_t> item { nullptr, 0 };
         {
             std::unique_lock<std::mutex> lock(m_queueMutex);
-            m_queueCondition.wait(lock, [this] { return m_stopping || !m_queue.empty(); });
-            if (m_queue.empty())
+            m_queueCondition.wait_for(lock, std::chrono::seconds(2),
+                                      [this] { return m_stopping || !m_queue.empty(); });
+            if (m_stopping)
                 return;
-            item = m_queue.front();
-            m_queue.pop_front();
+            if (!m_queue.empty()) {
+                item = m_queue.front();
+                m_queue.pop_front();
+            }
         }
         std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
-        // A callback may release devices; deliver only to those still open.
-        if (std::find(m_devices.begin(), m_devices.end(), item.first) != m_devices.end())
-            item.first->deliver(item.second);
+        if (item.first) {
+            // A callback may release devices; deliver only to those still open.
+            if (std::find(m_devices.begin(), m_devices.end(), item.first) != m_devices.end())
+                item.first->deliver(item.second);
+            continue;
+        }
+        const std::vector<AravisDevice *> devices = m_devices;
+        for (AravisDevice *device : devices)
+            if (std::find(m_devices.begin(), m_devices.end(), device) != m_devices.end())
+                device->tryReturn();
     }
 }
 
