@@ -18,6 +18,12 @@ export LC_ALL=C.UTF-8
 xvfb-run -a -s "-screen 0 1280x1024x24" \
     ctest --test-dir build-ci --output-on-failure -j "$(nproc)" --timeout 300
 
+# Whether the real-camera tests ran or were skipped (they need a network
+# namespace of their own), and why.
+sed -n '/Start testing of tst_OrbCamAravis/,/Finished testing of tst_OrbCamAravis/p' \
+    build-ci/Testing/Temporary/LastTest.log | grep -E '^(SKIP|Totals)' \
+    | sed 's/^/real-camera tests (tst_orbcam_aravis): /' || echo "real-camera tests: not built"
+
 # The threaded tests (discovery beside parameter reads, the selector's
 # polling thread, the device tree model's snapshots) once more under
 # ThreadSanitizer. Qt is not built for it: what its own code does is left out

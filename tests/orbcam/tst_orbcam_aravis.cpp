@@ -11,6 +11,7 @@
 #include <arv.h>
 
 #include <OrbCam/OrbCam.h>
+#include <OrbGui/orbcameraselectordialog.h>
 #include <OrbGui/orbgenparamtreeview.h>
 
 #include <QApplication>
@@ -292,6 +293,7 @@ private Q_SLOTS:
     void backendChoice();
     void discoveryAndInterfaceFeatures();
     void treeViewEditReachesTheCamera();
+    void selectorChoosesARealCamera();
     void lostCameraIsReported();
     void forceIpReachesTheCamera();
 
@@ -444,6 +446,35 @@ void tst_OrbCamAravis::treeViewEditReachesTheCamera()
     // DeviceUserID sits at 0x10010 in the simulated model, at 0x8010 here.
     const QByteArray stored = rawMemory("127.0.0.2", 0x8010, 16);
     QCOMPARE(stored.left(7), QByteArray("Line 7\0", 7));
+}
+
+void tst_OrbCamAravis::selectorChoosesARealCamera()
+{
+    SystemRef ref;
+    OrbGui::OrbCameraSelectorDialog dialog(ref.system);
+    dialog.show();
+    dialog.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    auto *tree = dialog.findChild<QTreeView *>(QStringLiteral("cameraTreeView"));
+    QVERIFY(tree);
+    QModelIndex camera;
+    std::function<void(const QModelIndex &)> search = [&](const QModelIndex &parent) {
+        QAbstractItemModel *model = tree->model();
+        for (int row = 0; row < model->rowCount(parent) && !camera.isValid(); ++row) {
+            const QModelIndex index = model->index(row, 0, parent);
+            if (index.data().toString().contains(QLatin1String("ORB-A")))
+                camera = index;
+            search(index);
+        }
+    };
+    QTRY_VERIFY_WITH_TIMEOUT((search(QModelIndex()), camera.isValid()), 10000);
+    tree->scrollTo(camera);
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      tree->visualRect(camera).center());
+    QTest::keyClick(tree, Qt::Key_Return);
+    QTRY_COMPARE(dialog.result(), int(QDialog::Accepted));
+    QVERIFY(dialog.selectedCamera());
+    QCOMPARE(QByteArray(dialog.selectedCamera()->GetSerialNumber()), QByteArray("ORB-A"));
 }
 
 void tst_OrbCamAravis::lostCameraIsReported()
