@@ -31,6 +31,9 @@ sed -n '/Start testing of tst_OrbCamAravis/,/Finished testing of tst_OrbCamAravi
 threaded=(tst_orbcam_discovery tst_devicetreemodel tst_cameraselector tst_selectcamera
     tst_orbcamconfigmapper tst_genparamtreemodel tst_featuredialogs tst_framedialogs
     tst_orbcamconfig)
+# The real-camera backend's threads (discovery, Aravis's heartbeat, the
+# event thread), where the build has it.
+if pkg-config --exists aravis-0.8; then threaded+=(tst_orbcam_aravis); fi
 cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DORB_WERROR=ON -DORB_TSAN=ON \
     -DORB_BUILD_BENCH=OFF
 cmake --build build-tsan -j "$(nproc)" --target "${threaded[@]}"

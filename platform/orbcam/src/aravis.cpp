@@ -577,8 +577,18 @@ public:
     void deliver(uint32_t event) { m_events.deliver(event); }
 
 private:
+    // The handler runs on Aravis's thread; this lock, taken here and there,
+    // orders everything the device did before against it (GLib's own lock
+    // does too, but unseen by the race checker). One for all devices: it
+    // must exist before Aravis's thread starts, and losses are rare.
+    static std::mutex &watchMutex()
+    {
+        static std::mutex mutex;
+        return mutex;
+    }
     void watch(ArvDevice *device)
     {
+        std::lock_guard<std::mutex> lock(watchMutex());
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wold-style-cast"
 #pragma GCC diagnostic ignored "-Wcast-function-type"
@@ -592,6 +602,7 @@ private:
     static void onLost(ArvDevice *, gpointer self)
     {
         auto *device = static_cast<AravisDevice *>(self);
+        std::lock_guard<std::mutex> lock(watchMutex());
         if (device->m_lost.exchange(true))
             return;
         device->m_port.setLost(true);
