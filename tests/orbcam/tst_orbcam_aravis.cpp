@@ -12,9 +12,12 @@
 
 #include <OrbCam/OrbCam.h>
 #include <OrbGui/orbcameraselectordialog.h>
+#include <OrbGui/orbcamconfig.h>
 #include <OrbGui/orbgenparamtreeview.h>
 
 #include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
@@ -146,6 +149,32 @@ QByteArray rawMemory(const char *address, guint64 at, guint32 size)
         return bytes;
     }
     return {};
+}
+
+// Writes the camera's memory past our API, as the camera itself would
+// change (its own sensor set-up, say).
+bool rawWrite(const char *address, guint64 at, const QByteArray &bytes)
+{
+    ArvInterface *gv = arv_gv_interface_get_instance();
+    arv_interface_update_device_list(gv);
+    for (unsigned i = 0; i < arv_interface_get_n_devices(gv); ++i) {
+        if (qstrcmp(arv_interface_get_device_address(gv, i), address) != 0)
+            continue;
+        GError *error = nullptr;
+        ArvDevice *device
+            = arv_interface_open_device(gv, arv_interface_get_device_id(gv, i), &error);
+        if (!device) {
+            g_clear_error(&error);
+            return false;
+        }
+        QByteArray copy = bytes;
+        const bool written = arv_device_write_memory(device, at, static_cast<guint32>(copy.size()),
+                                                     copy.data(), &error);
+        g_clear_error(&error);
+        g_object_unref(device);
+        return written;
+    }
+    return false;
 }
 
 // A GigE Vision peer of the test's own on the GVCP port: answers discovery
@@ -294,6 +323,7 @@ private Q_SLOTS:
     void discoveryAndInterfaceFeatures();
     void treeViewEditReachesTheCamera();
     void selectorChoosesARealCamera();
+    void configWindowShowsTheRealCamera();
     void lostCameraIsReported();
     void forceIpReachesTheCamera();
 
@@ -475,6 +505,37 @@ void tst_OrbCamAravis::selectorChoosesARealCamera()
     QTRY_COMPARE(dialog.result(), int(QDialog::Accepted));
     QVERIFY(dialog.selectedCamera());
     QCOMPARE(QByteArray(dialog.selectedCamera()->GetSerialNumber()), QByteArray("ORB-A"));
+}
+
+// The configuration window on a real camera shows what the camera's own
+// registers hold: frame A's size, set behind our back, read through Aravis.
+void tst_OrbCamAravis::configWindowShowsTheRealCamera()
+{
+    // Frame A's width and height registers (0x2001C, 0x20020 in the
+    // simulated model), big-endian.
+    QVERIFY(rawWrite("127.0.0.2", 0x901C, QByteArray::fromHex("00000500")));
+    QVERIFY(rawWrite("127.0.0.2", 0x9020, QByteArray::fromHex("000003C0")));
+    SystemRef ref;
+    OrbCam::DeviceInfo *cameraA = nullptr;
+    for (OrbCam::DeviceInfo *c : ref.cameras())
+        if (qstrcmp(c->GetSerialNumber(), "ORB-A") == 0)
+            cameraA = c;
+    QVERIFY(cameraA);
+    OrbCam::Device *device = OrbCam_CreateDevice(cameraA, OrbCam::AccessControl, 0);
+    QVERIFY(device);
+    {
+        OrbGui::OrbCamConfig window(device);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        auto *size = window.findChild<QLineEdit *>(QStringLiteral("lineEditSizeFrameA"));
+        QVERIFY(size);
+        QTRY_COMPARE(size->text(), QStringLiteral("1280x960"));
+        auto *status = window.findChild<QLabel *>(QStringLiteral("statusText"));
+        QVERIFY(status);
+        QCOMPARE(status->text(), QStringLiteral("OrbSim-C2000"));
+    }
+    OrbCam_ReleaseDevice(device);
 }
 
 void tst_OrbCamAravis::lostCameraIsReported()
