@@ -182,9 +182,11 @@ bool rawWrite(const char *address, guint64 at, const QByteArray &bytes)
 // (and acknowledges it).
 class GvcpPeer {
 public:
-    GvcpPeer(uint32_t ip, uint64_t mac)
+    // status: what the peer answers FORCEIP with (0: success).
+    GvcpPeer(uint32_t ip, uint64_t mac, uint16_t status = 0)
         : m_ip(ip)
         , m_mac(mac)
+        , m_status(status)
     {
         m_socket = socket(AF_INET, SOCK_DGRAM, 0);
         const int on = 1;
@@ -253,6 +255,7 @@ private:
                     std::lock_guard<std::mutex> lock(m_mutex);
                     m_forceIp = QByteArray(buffer, static_cast<int>(got));
                 }
+                put(answer, 0, m_status, 2);
                 put(answer, 2, 0x0005, 2);
                 put(answer, 6, request, 2);
             } else {
@@ -265,6 +268,7 @@ private:
 
     uint32_t m_ip;
     uint64_t m_mac;
+    uint16_t m_status;
     int m_socket = -1;
     bool m_bound = false;
     std::atomic<bool> m_stop { false };
@@ -326,6 +330,7 @@ private Q_SLOTS:
     void configWindowShowsTheRealCamera();
     void lostCameraIsReported();
     void forceIpReachesTheCamera();
+    void forceIpReportsTheAnswer();
 
 private:
     QProcess *startFake(const QString &address, const QString &serial);
@@ -620,6 +625,23 @@ void tst_OrbCamAravis::forceIpReachesTheCamera()
         expected[8 + 52 + i] = static_cast<char>(gw[i]);
     }
     QCOMPARE(sent.toHex(), expected.toHex());
+}
+
+// The camera's answer is reported: a refusal, and silence.
+void tst_OrbCamAravis::forceIpReportsTheAnswer()
+{
+    SystemRef ref;
+    OrbCam::DeviceInfo *camera = nullptr;
+    {
+        GvcpPeer refusing(0x7F000009, 0x0A1B2C3D4E5Full, 0x8006);
+        QVERIFY(refusing.bound());
+        const std::vector<OrbCam::DeviceInfo *> cameras = ref.cameras();
+        QCOMPARE(cameras.size(), size_t(1));
+        camera = cameras.front();
+        QCOMPARE(camera->ForceIP(0x7F000042, 0xFFFF0000, 0), OrbCamErrInvalidState);
+        QVERIFY(!refusing.forceIp().isEmpty());
+    }
+    QCOMPARE(camera->ForceIP(0x7F000042, 0xFFFF0000, 0), OrbCamErrNoDevice);
 }
 
 QTEST_MAIN(tst_OrbCamAravis)

@@ -13,6 +13,8 @@ private Q_SLOTS:
     void json();
     void configFile_data();
     void configFile();
+    void backendOption_data();
+    void backendOption();
 
 private:
     static QPair<int, QString> run(const QStringList &arguments, QString *err = nullptr)
@@ -88,6 +90,30 @@ void tst_OrbCamLs::configFile()
     }
     QString err;
     const auto [exitCode, out] = run({ QStringLiteral("--config"), path }, &err);
+    QCOMPARE(exitCode, code);
+    QVERIFY2((code == 0 ? out : err).contains(fragment), qPrintable(out + err));
+}
+
+// Real cameras are not asked for here (that test makes its own network);
+// the option itself is checked: the simulated default, and refusals.
+void tst_OrbCamLs::backendOption_data()
+{
+    QTest::addColumn<QString>("backend");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("fragment");
+    QTest::newRow("sim") << QStringLiteral("sim") << 0 << QStringLiteral("GEV0  GigE Vision");
+    QTest::newRow("unknown") << QStringLiteral("firewire") << 2
+                             << QStringLiteral("unknown backend 'firewire'");
+    QTest::newRow("empty") << QString() << 2 << QStringLiteral("unknown backend ''");
+}
+
+void tst_OrbCamLs::backendOption()
+{
+    QFETCH(QString, backend);
+    QFETCH(int, code);
+    QFETCH(QString, fragment);
+    QString err;
+    const auto [exitCode, out] = run({ QStringLiteral("--backend"), backend }, &err);
     QCOMPARE(exitCode, code);
     QVERIFY2((code == 0 ? out : err).contains(fragment), qPrintable(out + err));
 }
