@@ -1038,6 +1038,42 @@ OK überspringt die IP-Konfiguration, Ignorieren bestätigt sie.</translation>
         <source>Whole Words Only</source>
         <translation>Nur ganze Wörter</translation>
     </message>
+    <message>
+        <source>Copy &amp;Name</source>
+        <translation>&amp;Namen kopieren</translation>
+    </message>
+    <message>
+        <source>Copy &amp;Value</source>
+        <translation>&amp;Wert kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Copy Name = Value</source>
+        <translation>&amp;Kopieren: Name = Wert</translation>
+    </message>
+    <message>
+        <source>Export Tree as &amp;Text...</source>
+        <translation>Baum als &amp;Text exportieren...</translation>
+    </message>
+    <message>
+        <source>Export Tree as &amp;JSON...</source>
+        <translation>Baum als &amp;JSON exportieren...</translation>
+    </message>
+    <message>
+        <source>Export Feature Tree</source>
+        <translation>Feature-Baum exportieren</translation>
+    </message>
+    <message>
+        <source>JSON files (*.json)</source>
+        <translation>JSON-Dateien (*.json)</translation>
+    </message>
+    <message>
+        <source>Text files (*.txt)</source>
+        <translation>Textdateien (*.txt)</translation>
+    </message>
+    <message>
+        <source>Cannot write %1: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
 </context>
 <context>
     <name>OrbGui::SetIpDialog</name>

@@ -52,6 +52,18 @@ public:
     /// The tree, for hosts that want to tune it.
     QTreeView *treeView() const;
 
+    /// The whole feature tree under Root, for a trace of the camera's state:
+    /// one line per row of the tree (whatever the visibility level and name
+    /// filter hide), "Root/Category/Name = value unit  (type,
+    /// access)", or "...: error: message  (type, access)" where reading
+    /// failed; categories as "Root/Category  (Category)". Reads every value;
+    /// empty without a node map. The tree's context menu writes it to a file.
+    QString exportText() const;
+    /// The same as JSON: {"format": "orbgui-feature-tree", "version": 1,
+    /// "features": [{"path", "name", "type", "access", "value", "unit"}, ...]},
+    /// with "error" instead of "value" and "unit" where reading failed.
+    QByteArray exportJson() const;
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

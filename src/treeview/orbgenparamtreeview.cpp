@@ -2,6 +2,7 @@
 
 #include "genparam/genparamtreemodel.h"
 #include "genparam/genparamtreevisibilityfilterproxymodel.h"
+#include "featureexport.h"
 #include "genparamdelegate.h"
 #include "treeviewresizer.h"
 #include "ui_genparamtreeview.h"
@@ -12,9 +13,15 @@
 #include <QCheckBox>
 #include <QDataStream>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QHeaderView>
 #include <QApplication>
+#include <QClipboard>
+#include <QFile>
+#include <QFileDialog>
 #include <QGuiApplication>
+#include <QMenu>
+#include <QMessageBox>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLabel>
@@ -89,6 +96,11 @@ public:
     void fitNameColumn();
     void updateNoMatch();
     bool treeKeyPress(QKeyEvent *event);
+    void initContextMenu();
+    // The current row's feature name, value and "Name = Value"; empty for a
+    // category or no row.
+    QString currentText(int what) const;
+    void exportTo(bool json);
     GenParamTreeVisibilityFilterProxyModel *proxy() const;
 
     OrbGenParamTreeView *const q_ptr;
@@ -167,6 +179,7 @@ void OrbGenParamTreeViewPrivate::Init(OrbGenParamTreeView *view, INodeMap *map)
     setModel(map);
 
     ui.treeView->setItemDelegateForColumn(1, new GenParamDelegate(view));
+    initContextMenu();
 
     auto *resizer = new TreeViewResizer(ui.treeView);
     QObject::connect(resizer, &TreeViewResizer::showed, view, [this, resizer] {
@@ -180,6 +193,97 @@ void OrbGenParamTreeViewPrivate::Init(OrbGenParamTreeView *view, INodeMap *map)
         if (nodeMap)
             nodeMap->Poll(pollTimer->interval());
     });
+}
+
+namespace {
+enum CopyWhat { CopyName, CopyValue, CopyRow };
+} // namespace
+
+// Copying and exporting, from the tree's context menu and the usual
+// shortcuts (Ctrl+C copies the row).
+void OrbGenParamTreeViewPrivate::initContextMenu()
+{
+    QTreeView *tree = ui.treeView;
+    auto action = [&](const char *name, const QString &text, auto &&run) {
+        auto *a = new QAction(text, tree);
+        a->setObjectName(QString::fromLatin1(name));
+        a->setShortcutContext(Qt::WidgetShortcut);
+        QObject::connect(a, &QAction::triggered, tree, run);
+        tree->addAction(a);
+        return a;
+    };
+    auto copy = [this](int what) {
+        const QString text = currentText(what);
+        if (!text.isEmpty())
+            QGuiApplication::clipboard()->setText(text);
+    };
+    action("actionCopyName", OrbGenParamTreeView::tr("Copy &Name"), [copy] { copy(CopyName); });
+    action("actionCopyValue", OrbGenParamTreeView::tr("Copy &Value"), [copy] { copy(CopyValue); });
+    action("actionCopyRow", OrbGenParamTreeView::tr("&Copy Name = Value"), [copy] {
+        copy(CopyRow);
+    })->setShortcut(QKeySequence::Copy);
+    action("actionExportText", OrbGenParamTreeView::tr("Export Tree as &Text..."),
+           [this] { exportTo(false); });
+    action("actionExportJson", OrbGenParamTreeView::tr("Export Tree as &JSON..."),
+           [this] { exportTo(true); });
+    tree->setContextMenuPolicy(Qt::CustomContextMenu);
+    QObject::connect(tree, &QTreeView::customContextMenuRequested, tree, [this, tree](QPoint at) {
+        const bool row = !currentText(CopyName).isEmpty();
+        QMenu menu(tree);
+        menu.setObjectName(QStringLiteral("treeContextMenu"));
+        for (QAction *a : tree->actions()) {
+            const bool copying = a->objectName().startsWith(QLatin1String("actionCopy"));
+            a->setEnabled(!copying || row);
+            if (a->objectName() == QLatin1String("actionExportText"))
+                menu.addSeparator();
+            menu.addAction(a);
+        }
+        menu.exec(tree->viewport()->mapToGlobal(at));
+    });
+}
+
+QString OrbGenParamTreeViewPrivate::currentText(int what) const
+{
+    const QModelIndex current = ui.treeView->currentIndex();
+    const QModelIndex row = current.sibling(current.row(), 0);
+    if (!row.isValid() || isCategory(row))
+        return QString();
+    auto *value = row.data(ValuePointerRole).value<IValue *>();
+    if (!value)
+        return QString();
+    const QString name = QString::fromUtf8(value->GetNode()->GetName().c_str());
+    QString text;
+    try {
+        text = QString::fromUtf8(value->ToString().c_str());
+    } catch (const GenICam::GenericException &e) {
+        text = QString::fromUtf8(e.GetDescription());
+    }
+    switch (what) {
+    case CopyName:
+        return name;
+    case CopyValue:
+        return text;
+    default:
+        return name + QStringLiteral(" = ") + text;
+    }
+}
+
+void OrbGenParamTreeViewPrivate::exportTo(bool json)
+{
+    Q_Q(OrbGenParamTreeView);
+    const QString path
+        = QFileDialog::getSaveFileName(q, OrbGenParamTreeView::tr("Export Feature Tree"), QString(),
+                                       json ? OrbGenParamTreeView::tr("JSON files (*.json)")
+                                            : OrbGenParamTreeView::tr("Text files (*.txt)"));
+    if (path.isEmpty())
+        return;
+    QFile file(path);
+    const QByteArray content = json ? q->exportJson() : q->exportText().toUtf8();
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)
+        || file.write(content) != content.size() || !file.flush())
+        QMessageBox::warning(q, OrbGenParamTreeView::tr("Export Feature Tree"),
+                             OrbGenParamTreeView::tr("Cannot write %1: %2")
+                                 .arg(QDir::toNativeSeparators(path), file.errorString()));
 }
 
 void OrbGenParamTreeViewPrivate::initFilterWidget()
@@ -799,6 +903,18 @@ QTreeView *OrbGenParamTreeView::treeView() const
 {
     Q_D(const OrbGenParamTreeView);
     return d->ui.treeView;
+}
+
+QString OrbGenParamTreeView::exportText() const
+{
+    Q_D(const OrbGenParamTreeView);
+    return featuresAsText(collectFeatures(d->proxy() ? d->proxy()->sourceModel() : nullptr));
+}
+
+QByteArray OrbGenParamTreeView::exportJson() const
+{
+    Q_D(const OrbGenParamTreeView);
+    return featuresAsJson(collectFeatures(d->proxy() ? d->proxy()->sourceModel() : nullptr));
 }
 
 } // namespace OrbGui

@@ -27,6 +27,11 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QClipboard>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMenu>
 #include <QSplitter>
 #include <QTextBrowser>
 #include <QTimer>
@@ -248,6 +253,10 @@ private Q_SLOTS:
     void errorListKeepsFirstMessageAndFits();
     void commandEditorCoversTheCell();
     void descriptionPaneHasRoom();
+    void copyFromTheRow_data();
+    void copyFromTheRow();
+    void contextMenuOffersCopyAndExport();
+    void exportTextAndJson();
 };
 
 void tst_OrbGenParamTreeView::initTestCase()
@@ -1292,6 +1301,125 @@ void tst_OrbGenParamTreeView::descriptionPaneHasRoom()
     auto *splitter = f.view->findChild<QSplitter *>();
     QVERIFY2(pane->height() >= splitter->height() / 5,
              qPrintable(QStringLiteral("%1 of %2").arg(pane->height()).arg(splitter->height())));
+}
+
+namespace {
+// A category with a plain value, one that cannot be read, a string over two
+// lines, and a feature listed twice.
+QByteArray exportBody()
+{
+    return "<Category Name=\"Root\"><pFeature>Cat</pFeature><pFeature>Top</pFeature></Category>"
+           "<Category Name=\"Cat\"><pFeature>Width</pFeature><pFeature>Broken</pFeature>"
+           "<pFeature>Top</pFeature></Category>"
+           "<Integer Name=\"Width\"><Value>640</Value><Unit>px</Unit></Integer>"
+           "<IntSwissKnife Name=\"Broken\"><Formula>1 / 0</Formula></IntSwissKnife>"
+           "<String Name=\"Top\"><Value>two\nlines</Value></String>";
+}
+} // namespace
+
+void tst_OrbGenParamTreeView::copyFromTheRow_data()
+{
+    QTest::addColumn<QString>("feature");
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<QString>("copied");
+    QTest::newRow("name") << QStringLiteral("Width") << QStringLiteral("actionCopyName")
+                          << QStringLiteral("Width");
+    QTest::newRow("value") << QStringLiteral("Width") << QStringLiteral("actionCopyValue")
+                           << QStringLiteral("640");
+    QTest::newRow("row") << QStringLiteral("Width") << QStringLiteral("actionCopyRow")
+                         << QStringLiteral("Width = 640");
+    QTest::newRow("Ctrl+C") << QStringLiteral("Width") << QString()
+                            << QStringLiteral("Width = 640");
+    QTest::newRow("category copies nothing")
+        << QStringLiteral("Cat") << QString() << QStringLiteral("untouched");
+}
+
+void tst_OrbGenParamTreeView::copyFromTheRow()
+{
+    QFETCH(QString, feature);
+    QFETCH(QString, action);
+    QFETCH(QString, copied);
+    Fixture f(xmlFile(exportBody()));
+    QVERIFY(f.show());
+    QGuiApplication::clipboard()->setText(QStringLiteral("untouched"));
+    f.setCurrentName(feature);
+    QVERIFY(f.tree()->currentIndex().isValid());
+    if (action.isEmpty())
+        QTest::keyClick(f.tree(), Qt::Key_C, Qt::ControlModifier);
+    else
+        f.tree()->findChild<QAction *>(action)->trigger();
+    QTRY_COMPARE(QGuiApplication::clipboard()->text(), copied);
+}
+
+void tst_OrbGenParamTreeView::contextMenuOffersCopyAndExport()
+{
+    Fixture f(xmlFile(exportBody()));
+    QVERIFY(f.show());
+    QStringList offered;
+    bool copyEnabled = true;
+    auto inspect = [&] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        if (!menu)
+            return;
+        for (QAction *a : menu->actions())
+            if (!a->isSeparator()) {
+                offered << a->objectName();
+                if (a->objectName() == QLatin1String("actionCopyRow"))
+                    copyEnabled = a->isEnabled();
+            }
+        menu->close();
+    };
+    // On a category the copying is there but off.
+    f.setCurrentName(QStringLiteral("Cat"));
+    QTimer::singleShot(0, f.view.get(), inspect);
+    emit f.tree()->customContextMenuRequested(f.center(f.find(QStringLiteral("Cat"))));
+    QCOMPARE(offered,
+             QStringList({ QStringLiteral("actionCopyName"), QStringLiteral("actionCopyValue"),
+                           QStringLiteral("actionCopyRow"), QStringLiteral("actionExportText"),
+                           QStringLiteral("actionExportJson") }));
+    QVERIFY(!copyEnabled);
+    offered.clear();
+    f.setCurrentName(QStringLiteral("Width"));
+    QTimer::singleShot(0, f.view.get(), inspect);
+    emit f.tree()->customContextMenuRequested(f.center(f.find(QStringLiteral("Width"))));
+    QCOMPARE(offered.size(), 5);
+    QVERIFY(copyEnabled);
+}
+
+void tst_OrbGenParamTreeView::exportTextAndJson()
+{
+    Fixture f(xmlFile(exportBody()));
+    const QStringList lines = f.view->exportText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 5);
+    QCOMPARE(lines[0], QStringLiteral("Root/Cat  (Category)"));
+    QCOMPARE(lines[1], QStringLiteral("Root/Cat/Width = 640 px  (Integer, RW)"));
+    QVERIFY2(lines[2].startsWith(QStringLiteral("Root/Cat/Broken: error: ")), qPrintable(lines[2]));
+    // Listed twice, it comes twice, as the tree shows it.
+    QCOMPARE(lines[3], QStringLiteral("Root/Cat/Top = two\\nlines  (String, RW)"));
+    QCOMPARE(lines[4], QStringLiteral("Root/Top = two\\nlines  (String, RW)"));
+
+    QJsonParseError error;
+    const QJsonDocument json = QJsonDocument::fromJson(f.view->exportJson(), &error);
+    QCOMPARE(error.error, QJsonParseError::NoError);
+    QCOMPARE(json[QStringLiteral("format")].toString(), QStringLiteral("orbgui-feature-tree"));
+    QCOMPARE(json[QStringLiteral("version")].toInt(), 1);
+    const QJsonArray features = json[QStringLiteral("features")].toArray();
+    QCOMPARE(features.size(), 5);
+    const QJsonObject width = features[1].toObject();
+    QCOMPARE(width[QStringLiteral("path")].toString(), QStringLiteral("Root/Cat/Width"));
+    QCOMPARE(width[QStringLiteral("type")].toString(), QStringLiteral("Integer"));
+    QCOMPARE(width[QStringLiteral("access")].toString(), QStringLiteral("RW"));
+    QCOMPARE(width[QStringLiteral("value")].toString(), QStringLiteral("640"));
+    QCOMPARE(width[QStringLiteral("unit")].toString(), QStringLiteral("px"));
+    const QJsonObject broken = features[2].toObject();
+    QVERIFY(broken.contains(QStringLiteral("error")));
+    QVERIFY(!broken.contains(QStringLiteral("value")));
+    QCOMPARE(features[3].toObject()[QStringLiteral("value")].toString(),
+             QStringLiteral("two\nlines"));
+
+    // Without a node map there is nothing to export.
+    f.view->clearParams();
+    QVERIFY(f.view->exportText().isEmpty());
 }
 
 QTEST_MAIN(tst_OrbGenParamTreeView)
