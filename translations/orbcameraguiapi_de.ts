@@ -1074,6 +1074,51 @@ OK überspringt die IP-Konfiguration, Ignorieren bestätigt sie.</translation>
         <source>Cannot write %1: %2</source>
         <translation>%1 kann nicht geschrieben werden: %2</translation>
     </message>
+    <message>
+        <source>&amp;Save Settings...</source>
+        <translation>Einstellungen &amp;speichern...</translation>
+    </message>
+    <message>
+        <source>&amp;Load Settings...</source>
+        <translation>Einstellungen &amp;laden...</translation>
+    </message>
+    <message>
+        <source>Save Settings</source>
+        <translation>Einstellungen speichern</translation>
+    </message>
+    <message>
+        <source>Camera settings (*.txt)</source>
+        <translation>Kameraeinstellungen (*.txt)</translation>
+    </message>
+    <message>
+        <source>Load Settings</source>
+        <translation>Einstellungen laden</translation>
+    </message>
+    <message>
+        <source>%1
+Load them into this camera anyway?</source>
+        <translation>%1
+Trotzdem in diese Kamera laden?</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n feature(s) could not be written.</source>
+        <translation>
+            <numerusform>%n Feature konnte nicht geschrieben werden.</numerusform>
+            <numerusform>%n Features konnten nicht geschrieben werden.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is no camera.</source>
+        <translation>Es ist keine Kamera verbunden.</translation>
+    </message>
+    <message>
+        <source>Cannot read %1: %2</source>
+        <translation>%1 kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>The settings are for %1 %2, not for this camera.</source>
+        <translation>Die Einstellungen gehören zu %1 %2, nicht zu dieser Kamera.</translation>
+    </message>
 </context>
 <context>
     <name>OrbGui::SetIpDialog</name>

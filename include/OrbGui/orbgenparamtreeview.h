@@ -64,6 +64,24 @@ public:
     /// with "error" instead of "value" and "unit" where reading failed.
     QByteArray exportJson() const;
 
+    /// Saves the values of the camera's writable features to a text file
+    /// (format "OrbGui settings 1": a "Name = value" line per feature, in an
+    /// order the camera takes them, selectors before what they select and
+    /// every selector value visited; saving sets each selector in turn and
+    /// back). False, with the reason in *error, when the file cannot be
+    /// written or there is no camera. The tree's context menu asks for the
+    /// file.
+    bool saveSettings(const QString &path, QString *error = nullptr);
+    /// Writes a settings file's values to the camera, in the file's order;
+    /// values refused at first (locked or not available until another is
+    /// written) are tried again after the others. False, and nothing
+    /// written, when the file cannot be read, is no settings file, or names
+    /// another camera model while acceptOtherModel is false; *error says
+    /// why. Otherwise true, and each feature that could not be written is
+    /// listed in *problems as "Name: reason".
+    bool loadSettings(const QString &path, bool acceptOtherModel = false,
+                      QStringList *problems = nullptr, QString *error = nullptr);
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

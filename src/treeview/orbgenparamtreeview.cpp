@@ -3,6 +3,7 @@
 #include "genparam/genparamtreemodel.h"
 #include "genparam/genparamtreevisibilityfilterproxymodel.h"
 #include "featureexport.h"
+#include "featuresettings.h"
 #include "genparamdelegate.h"
 #include "treeviewresizer.h"
 #include "ui_genparamtreeview.h"
@@ -101,6 +102,10 @@ public:
     // category or no row.
     QString currentText(int what) const;
     void exportTo(bool json);
+    void saveSettingsAsked();
+    void loadSettingsAsked();
+    std::optional<SettingsLoadResult> loadSettingsFile(const QString &path, bool acceptOtherModel,
+                                                       QString &why);
     GenParamTreeVisibilityFilterProxyModel *proxy() const;
 
     OrbGenParamTreeView *const q_ptr;
@@ -226,6 +231,10 @@ void OrbGenParamTreeViewPrivate::initContextMenu()
            [this] { exportTo(false); });
     action("actionExportJson", OrbGenParamTreeView::tr("Export Tree as &JSON..."),
            [this] { exportTo(true); });
+    action("actionSaveSettings", OrbGenParamTreeView::tr("&Save Settings..."),
+           [this] { saveSettingsAsked(); });
+    action("actionLoadSettings", OrbGenParamTreeView::tr("&Load Settings..."),
+           [this] { loadSettingsAsked(); });
     tree->setContextMenuPolicy(Qt::CustomContextMenu);
     QObject::connect(tree, &QTreeView::customContextMenuRequested, tree, [this, tree](QPoint at) {
         const bool row = !currentText(CopyName).isEmpty();
@@ -234,7 +243,8 @@ void OrbGenParamTreeViewPrivate::initContextMenu()
         for (QAction *a : tree->actions()) {
             const bool copying = a->objectName().startsWith(QLatin1String("actionCopy"));
             a->setEnabled(!copying || row);
-            if (a->objectName() == QLatin1String("actionExportText"))
+            if (a->objectName() == QLatin1String("actionExportText")
+                || a->objectName() == QLatin1String("actionSaveSettings"))
                 menu.addSeparator();
             menu.addAction(a);
         }
@@ -284,6 +294,82 @@ void OrbGenParamTreeViewPrivate::exportTo(bool json)
         QMessageBox::warning(q, OrbGenParamTreeView::tr("Export Feature Tree"),
                              OrbGenParamTreeView::tr("Cannot write %1: %2")
                                  .arg(QDir::toNativeSeparators(path), file.errorString()));
+}
+
+void OrbGenParamTreeViewPrivate::saveSettingsAsked()
+{
+    Q_Q(OrbGenParamTreeView);
+    const QString title = OrbGenParamTreeView::tr("Save Settings");
+    const QString path = QFileDialog::getSaveFileName(
+        q, title, QString(), OrbGenParamTreeView::tr("Camera settings (*.txt)"));
+    QString why;
+    if (!path.isEmpty() && !q->saveSettings(path, &why))
+        QMessageBox::warning(q, title, why);
+}
+
+void OrbGenParamTreeViewPrivate::loadSettingsAsked()
+{
+    Q_Q(OrbGenParamTreeView);
+    const QString title = OrbGenParamTreeView::tr("Load Settings");
+    const QString path = QFileDialog::getOpenFileName(
+        q, title, QString(), OrbGenParamTreeView::tr("Camera settings (*.txt)"));
+    if (path.isEmpty())
+        return;
+    QString why;
+    std::optional<SettingsLoadResult> result = loadSettingsFile(path, false, why);
+    if (result && result->otherModel) {
+        // Written for another model: only if the user says so.
+        if (QMessageBox::question(
+                q, title,
+                OrbGenParamTreeView::tr("%1\nLoad them into this camera anyway?").arg(why))
+            != QMessageBox::Yes)
+            return;
+        result = loadSettingsFile(path, true, why);
+    }
+    if (!result) {
+        QMessageBox::warning(q, title, why);
+        return;
+    }
+    if (!result->problems.empty()) {
+        QStringList lines;
+        for (const SettingsProblem &p : result->problems)
+            lines << p.feature + QStringLiteral(": ") + p.reason;
+        QMessageBox box(QMessageBox::Warning, title,
+                        OrbGenParamTreeView::tr("%n feature(s) could not be written.", nullptr,
+                                                int(lines.size())),
+                        QMessageBox::Ok, q);
+        box.setDetailedText(lines.join(QLatin1Char('\n')));
+        box.exec();
+    }
+}
+
+// The file's values written to the camera; nullopt with the reason when the
+// file is unusable. For another model, nothing is written unless accepted:
+// the result says so, with the reason.
+std::optional<SettingsLoadResult>
+OrbGenParamTreeViewPrivate::loadSettingsFile(const QString &path, bool acceptOtherModel,
+                                             QString &why)
+{
+    if (!nodeMap) {
+        why = OrbGenParamTreeView::tr("There is no camera.");
+        return std::nullopt;
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        why = OrbGenParamTreeView::tr("Cannot read %1: %2")
+                  .arg(QDir::toNativeSeparators(path), file.errorString());
+        return std::nullopt;
+    }
+    SettingsLoadResult result
+        = OrbGui::loadSettings(nodeMap, QString::fromUtf8(file.readAll()), acceptOtherModel);
+    if (!result.error.isEmpty()) {
+        why = QDir::toNativeSeparators(path) + QStringLiteral(": ") + result.error;
+        return std::nullopt;
+    }
+    if (result.otherModel && !acceptOtherModel)
+        why = OrbGenParamTreeView::tr("The settings are for %1 %2, not for this camera.")
+                  .arg(result.fileVendor, result.fileModel);
+    return result;
 }
 
 void OrbGenParamTreeViewPrivate::initFilterWidget()
@@ -909,6 +995,45 @@ QString OrbGenParamTreeView::exportText() const
 {
     Q_D(const OrbGenParamTreeView);
     return featuresAsText(collectFeatures(d->proxy() ? d->proxy()->sourceModel() : nullptr));
+}
+
+bool OrbGenParamTreeView::saveSettings(const QString &path, QString *error)
+{
+    Q_D(OrbGenParamTreeView);
+    auto fail = [error](const QString &why) {
+        if (error)
+            *error = why;
+        return false;
+    };
+    if (!d->nodeMap)
+        return fail(tr("There is no camera."));
+    const QByteArray content = OrbGui::saveSettings(d->nodeMap).toUtf8();
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)
+        || file.write(content) != content.size() || !file.flush())
+        return fail(
+            tr("Cannot write %1: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
+    return true;
+}
+
+bool OrbGenParamTreeView::loadSettings(const QString &path, bool acceptOtherModel,
+                                       QStringList *problems, QString *error)
+{
+    Q_D(OrbGenParamTreeView);
+    QString why;
+    const std::optional<SettingsLoadResult> result
+        = d->loadSettingsFile(path, acceptOtherModel, why);
+    if (!result || (result->otherModel && !acceptOtherModel)) {
+        if (error)
+            *error = why;
+        return false;
+    }
+    if (problems) {
+        problems->clear();
+        for (const SettingsProblem &p : result->problems)
+            *problems << p.feature + QStringLiteral(": ") + p.reason;
+    }
+    return true;
 }
 
 QByteArray OrbGenParamTreeView::exportJson() const

@@ -1376,13 +1376,14 @@ void tst_OrbGenParamTreeView::contextMenuOffersCopyAndExport()
     QCOMPARE(offered,
              QStringList({ QStringLiteral("actionCopyName"), QStringLiteral("actionCopyValue"),
                            QStringLiteral("actionCopyRow"), QStringLiteral("actionExportText"),
-                           QStringLiteral("actionExportJson") }));
+                           QStringLiteral("actionExportJson"), QStringLiteral("actionSaveSettings"),
+                           QStringLiteral("actionLoadSettings") }));
     QVERIFY(!copyEnabled);
     offered.clear();
     f.setCurrentName(QStringLiteral("Width"));
     QTimer::singleShot(0, f.view.get(), inspect);
     emit f.tree()->customContextMenuRequested(f.center(f.find(QStringLiteral("Width"))));
-    QCOMPARE(offered.size(), 5);
+    QCOMPARE(offered.size(), 7);
     QVERIFY(copyEnabled);
 }
 
