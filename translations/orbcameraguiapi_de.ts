@@ -114,6 +114,10 @@
         <source>&lt;Value not readable&gt;</source>
         <translation>&lt;Wert nicht lesbar&gt;</translation>
     </message>
+    <message>
+        <source>There is nothing to undo.</source>
+        <translation>Es gibt nichts rückgängig zu machen.</translation>
+    </message>
 </context>
 <context>
     <name>GenParamTreeView</name>
@@ -1118,6 +1122,14 @@ Trotzdem in diese Kamera laden?</translation>
     <message>
         <source>The settings are for %1 %2, not for this camera.</source>
         <translation>Die Einstellungen gehören zu %1 %2, nicht zu dieser Kamera.</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
     </message>
 </context>
 <context>

@@ -17,6 +17,7 @@
 #include <QVector>
 
 #include <algorithm>
+#include <optional>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -43,6 +44,18 @@ QString messageOf(const GenICam::GenericException &e)
 {
     const char *description = e.GetDescription();
     return description ? QString::fromUtf8(description) : QStringLiteral("Unknown Error");
+}
+
+// The value as text for remembering it; nothing when it cannot be read
+// (write-only, or the read fails).
+std::optional<QString> currentText(IValue *value)
+{
+    try {
+        if (IsReadable(value->GetNode()->GetAccessMode()))
+            return QString::fromUtf8(value->ToString().c_str());
+    } catch (const GenICam::GenericException &) {
+    }
+    return std::nullopt;
 }
 
 const QSet<QByteArray> &ipAddrRep()
@@ -211,6 +224,14 @@ public:
     // Changed rows not yet announced; a queued announceChanges() is pending
     // while this is not empty.
     std::vector<ItemEntry *> pendingChanges;
+    // The user's writes: the value before each, newest last; and each
+    // written row's value before the session's first write to it.
+    struct Write {
+        ItemEntry *entry;
+        QString before;
+    };
+    std::vector<Write> writes;
+    std::map<const ItemEntry *, QString> original;
 };
 
 void GenParamTreeModelPrivate::Init(GenParamTreeModel *q)
@@ -316,6 +337,8 @@ void GenParamTreeModelPrivate::DeRegisterCallbacks()
     handOff.invalidate(); // changes announced before now name items that go
     callbackHandles.clear();
     pendingChanges.clear();
+    writes.clear();
+    original.clear();
     items.clear();
     childLists.clear();
     rootChildren = nullptr;
@@ -784,6 +807,10 @@ QVariant GenParamTreeModel::data(const QModelIndex &index, int role) const
         return d->ControlDataRoleImp(value);
     if (role == Qt::WhatsThisRole)
         return d->WhatsThis(value);
+    if (role == ChangedRole) {
+        auto it = d->original.find(item);
+        return it != d->original.end() && currentText(value) != std::optional(it->second);
+    }
 
     QString paramName = QStringLiteral("UnknownNode");
     INode *node = value->GetNode();
@@ -877,12 +904,14 @@ bool GenParamTreeModel::setData(const QModelIndex &index, const QVariant &value,
     if (!feature)
         return false;
     QString paramName = QStringLiteral("UnknownNode");
+    std::optional<QString> before;
     try {
         INode *node = feature->GetNode();
         const EAccessMode mode = node->GetAccessMode();
         if (mode != WO && mode != RW)
             return false;
         paramName = fromGc(node->GetName());
+        before = currentText(feature);
         switch (node->GetPrincipalInterfaceType()) {
         case intfIInteger: {
             auto *integer = dynamic_cast<IInteger *>(feature);
@@ -928,9 +957,45 @@ bool GenParamTreeModel::setData(const QModelIndex &index, const QVariant &value,
             Q_EMIT errorAppeared(index, paramName, message, WriteErrorId);
         return false;
     }
+    // A write that can be taken back: not a command, and one whose value
+    // could be read before.
+    Q_D(GenParamTreeModel);
+    if (before && feature->GetNode()->GetPrincipalInterfaceType() != intfICommand) {
+        d->writes.push_back({ item, *before });
+        d->original.emplace(item, *before);
+    }
     Q_EMIT dataChanged(index, index, s_roles);
     if (m_errors.ClearError(paramName, WriteErrorId))
         Q_EMIT errorDisappeared(index, paramName, WriteErrorId);
+    return true;
+}
+
+bool GenParamTreeModel::canUndo() const
+{
+    Q_D(const GenParamTreeModel);
+    return !d->writes.empty();
+}
+
+bool GenParamTreeModel::undo(QString *error)
+{
+    Q_D(GenParamTreeModel);
+    if (d->writes.empty()) {
+        if (error)
+            *error = tr("There is nothing to undo.");
+        return false;
+    }
+    const GenParamTreeModelPrivate::Write last = d->writes.back();
+    IValue *feature = last.entry->first;
+    try {
+        feature->FromString(last.before.toUtf8().constData());
+    } catch (const GenICam::GenericException &e) {
+        if (error)
+            *error = messageOf(e);
+        return false;
+    }
+    d->writes.pop_back();
+    const QModelIndex index = createIndex(last.entry->second.row, 1, last.entry);
+    Q_EMIT dataChanged(index.sibling(index.row(), 0), index);
     return true;
 }
 

@@ -23,7 +23,10 @@ namespace OrbGui {
 
 enum GenParamRoles {
     ValuePointerRole = Qt::UserRole, // the row's GenApi::IValue*
-    ControlDataRole = Qt::UserRole + 1 // a ControlData with a new editor
+    ControlDataRole = Qt::UserRole + 1, // a ControlData with a new editor
+    // True for a value the user changed through the model in this session
+    // that does not read as it did before the first change.
+    ChangedRole = Qt::UserRole + 2
 };
 
 // The error id of a failed write; reads use the failing role's number.
@@ -99,6 +102,13 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
     const GenParamErrorController &errors() const { return m_errors; }
+
+    // The user's writes through setData, newest last, as far back as the
+    // model goes: undo() writes the value the newest one replaced and
+    // forgets it. False, with the reason in *error, when there is nothing
+    // to take back or the camera refuses (the write stays for another try).
+    bool canUndo() const;
+    bool undo(QString *error = nullptr);
 
 Q_SIGNALS:
     void errorAppeared(const QModelIndex &idx, const QString &paramName, const QString &strErr,

@@ -283,4 +283,11 @@ void GenParamDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionV
     editor->setGeometry(option.rect);
 }
 
+void GenParamDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (index.data(ChangedRole).toBool())
+        option->font.setBold(true);
+}
+
 } // namespace OrbGui

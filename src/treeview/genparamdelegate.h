@@ -30,6 +30,11 @@ public:
     void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const override;
 
+protected:
+    // A value the user changed in this session shows in bold.
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
+
+public:
     // Ends editing when the user presses a mouse button outside the editor.
     class MouseTracker : public QObject {
     public:

@@ -102,6 +102,7 @@ public:
     // category or no row.
     QString currentText(int what) const;
     void exportTo(bool json);
+    void undo();
     void saveSettingsAsked();
     void loadSettingsAsked();
     std::optional<SettingsLoadResult> loadSettingsFile(const QString &path, bool acceptOtherModel,
@@ -227,6 +228,9 @@ void OrbGenParamTreeViewPrivate::initContextMenu()
     action("actionCopyRow", OrbGenParamTreeView::tr("&Copy Name = Value"), [copy] {
         copy(CopyRow);
     })->setShortcut(QKeySequence::Copy);
+    action("actionUndo", OrbGenParamTreeView::tr("&Undo"), [this] {
+        undo();
+    })->setShortcut(QKeySequence::Undo);
     action("actionExportText", OrbGenParamTreeView::tr("Export Tree as &Text..."),
            [this] { exportTo(false); });
     action("actionExportJson", OrbGenParamTreeView::tr("Export Tree as &JSON..."),
@@ -243,7 +247,13 @@ void OrbGenParamTreeViewPrivate::initContextMenu()
         for (QAction *a : tree->actions()) {
             const bool copying = a->objectName().startsWith(QLatin1String("actionCopy"));
             a->setEnabled(!copying || row);
-            if (a->objectName() == QLatin1String("actionExportText")
+            if (a->objectName() == QLatin1String("actionUndo")) {
+                auto *model
+                    = proxy() ? qobject_cast<GenParamTreeModel *>(proxy()->sourceModel()) : nullptr;
+                a->setEnabled(model && model->canUndo());
+            }
+            if (a->objectName() == QLatin1String("actionUndo")
+                || a->objectName() == QLatin1String("actionExportText")
                 || a->objectName() == QLatin1String("actionSaveSettings"))
                 menu.addSeparator();
             menu.addAction(a);
@@ -294,6 +304,16 @@ void OrbGenParamTreeViewPrivate::exportTo(bool json)
         QMessageBox::warning(q, OrbGenParamTreeView::tr("Export Feature Tree"),
                              OrbGenParamTreeView::tr("Cannot write %1: %2")
                                  .arg(QDir::toNativeSeparators(path), file.errorString()));
+}
+
+// Takes back the user's last write; says why when the camera refuses.
+void OrbGenParamTreeViewPrivate::undo()
+{
+    Q_Q(OrbGenParamTreeView);
+    auto *model = proxy() ? qobject_cast<GenParamTreeModel *>(proxy()->sourceModel()) : nullptr;
+    QString why;
+    if (model && model->canUndo() && !model->undo(&why))
+        QMessageBox::warning(q, OrbGenParamTreeView::tr("Undo"), why);
 }
 
 void OrbGenParamTreeViewPrivate::saveSettingsAsked()

@@ -257,6 +257,7 @@ private Q_SLOTS:
     void copyFromTheRow();
     void contextMenuOffersCopyAndExport();
     void exportTextAndJson();
+    void changedValuesAreMarkedAndUndone();
 };
 
 void tst_OrbGenParamTreeView::initTestCase()
@@ -1375,15 +1376,16 @@ void tst_OrbGenParamTreeView::contextMenuOffersCopyAndExport()
     emit f.tree()->customContextMenuRequested(f.center(f.find(QStringLiteral("Cat"))));
     QCOMPARE(offered,
              QStringList({ QStringLiteral("actionCopyName"), QStringLiteral("actionCopyValue"),
-                           QStringLiteral("actionCopyRow"), QStringLiteral("actionExportText"),
-                           QStringLiteral("actionExportJson"), QStringLiteral("actionSaveSettings"),
+                           QStringLiteral("actionCopyRow"), QStringLiteral("actionUndo"),
+                           QStringLiteral("actionExportText"), QStringLiteral("actionExportJson"),
+                           QStringLiteral("actionSaveSettings"),
                            QStringLiteral("actionLoadSettings") }));
     QVERIFY(!copyEnabled);
     offered.clear();
     f.setCurrentName(QStringLiteral("Width"));
     QTimer::singleShot(0, f.view.get(), inspect);
     emit f.tree()->customContextMenuRequested(f.center(f.find(QStringLiteral("Width"))));
-    QCOMPARE(offered.size(), 7);
+    QCOMPARE(offered.size(), 8);
     QVERIFY(copyEnabled);
 }
 
@@ -1421,6 +1423,51 @@ void tst_OrbGenParamTreeView::exportTextAndJson()
     // Without a node map there is nothing to export.
     f.view->clearParams();
     QVERIFY(f.view->exportText().isEmpty());
+}
+
+// The user's writes are marked until the value reads as before, and undone
+// newest first; what the camera (or the host) changes itself is neither.
+void tst_OrbGenParamTreeView::changedValuesAreMarkedAndUndone()
+{
+    Fixture f(
+        xmlFile("<Category Name=\"Root\"><pFeature>Width</pFeature><pFeature>Gain</pFeature>"
+                "</Category>"
+                "<Integer Name=\"Width\"><Value>640</Value><Min>16</Min><Max>4096</Max>"
+                "</Integer>"
+                "<Integer Name=\"Gain\"><Value>1</Value><Min>0</Min><Max>10</Max></Integer>"));
+    QVERIFY(f.show());
+    f.tree()->expandAll();
+    QAbstractItemModel *model = f.tree()->model();
+    const QModelIndex width = f.value(QStringLiteral("Width"));
+    auto *undo = f.tree()->findChild<QAction *>(QStringLiteral("actionUndo"));
+    QVERIFY(undo);
+    QVERIFY(!width.data(ChangedRole).toBool());
+
+    QVERIFY(model->setData(width, qlonglong(100)));
+    QVERIFY(width.data(ChangedRole).toBool());
+    QVERIFY(model->setData(width, qlonglong(200)));
+    // The host changes Gain behind the view: no mark, nothing to undo there.
+    GenApi::CIntegerPtr(f.map._GetNode("Gain"))->SetValue(7);
+    QVERIFY(!f.value(QStringLiteral("Gain")).data(ChangedRole).toBool());
+
+    auto widthNow = [&] { return GenApi::CIntegerPtr(f.map._GetNode("Width"))->GetValue(); };
+    undo->trigger();
+    QCOMPARE(widthNow(), int64_t(100));
+    QVERIFY(width.data(ChangedRole).toBool());
+    f.tree()->setFocus();
+    QTest::keyClick(f.tree(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(widthNow(), int64_t(640));
+    // Back where it was: the mark clears.
+    QVERIFY(!width.data(ChangedRole).toBool());
+    undo->trigger(); // nothing left: nothing happens
+    QCOMPARE(widthNow(), int64_t(640));
+    QCOMPARE(GenApi::CIntegerPtr(f.map._GetNode("Gain"))->GetValue(), int64_t(7));
+
+    // A value changed and changed back by hand clears its mark too.
+    QVERIFY(model->setData(width, qlonglong(320)));
+    QVERIFY(width.data(ChangedRole).toBool());
+    QVERIFY(model->setData(width, qlonglong(640)));
+    QVERIFY(!width.data(ChangedRole).toBool());
 }
 
 QTEST_MAIN(tst_OrbGenParamTreeView)
