@@ -118,6 +118,18 @@
         <source>There is nothing to undo.</source>
         <translation>Es gibt nichts rückgängig zu machen.</translation>
     </message>
+    <message>
+        <source>&lt;i&gt;Not available because of:&lt;/i&gt; %1</source>
+        <translation>&lt;i&gt;Nicht verfügbar wegen:&lt;/i&gt; %1</translation>
+    </message>
+    <message>
+        <source>&lt;i&gt;Locked by:&lt;/i&gt; %1</source>
+        <translation>&lt;i&gt;Gesperrt durch:&lt;/i&gt; %1</translation>
+    </message>
+    <message>
+        <source>(not readable)</source>
+        <translation>(nicht lesbar)</translation>
+    </message>
 </context>
 <context>
     <name>GenParamTreeView</name>

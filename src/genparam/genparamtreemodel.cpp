@@ -207,6 +207,7 @@ public:
     QVariant DisplayRoleImp(IValue *value) const;
     QVariant EditRoleImp(IValue *value) const;
     QVariant WhatsThis(IValue *value) const;
+    QString WhyNot(INode *node) const;
     QVariant ControlDataRoleImp(IValue *value) const;
     ERepresentation IntRepresentation(IInteger *integer) const;
     static QString CacheModeToStr(ECachingMode mode);
@@ -721,7 +722,101 @@ QVariant GenParamTreeModelPrivate::WhatsThis(IValue *value) const
                                            : GenParamTreeModel::tr("False"));
     lines
         << GenParamTreeModel::tr("<i>Cachable:</i> %1").arg(CacheModeToStr(node->GetCachingMode()));
+    const QString why = WhyNot(node);
+    if (!why.isEmpty())
+        lines << why;
     return lines.join(QStringLiteral("<br />"));
+}
+
+namespace {
+
+// The features behind a node that decides another's access (a pIsAvailable
+// or pIsLocked link, a formula over other nodes): the first features on
+// each path down its reading links, each once.
+std::vector<INode *> featuresBehind(INode *start)
+{
+    std::vector<INode *> found;
+    std::vector<INode *> pending { start };
+    std::unordered_set<INode *> seen { start };
+    while (!pending.empty() && seen.size() < 1000) {
+        INode *node = pending.back();
+        pending.pop_back();
+        if (node->IsFeature()) {
+            found.push_back(node);
+            continue;
+        }
+        NodeList_t children;
+        node->GetChildren(children, ctReadingChildren);
+        for (INode *child : children)
+            if (seen.insert(child).second)
+                pending.push_back(child);
+    }
+    return found;
+}
+
+bool flagSet(INode *flag)
+{
+    try {
+        CIntegerPtr value = CIntegerPtr(flag);
+        if (value)
+            return value->GetValue() != 0;
+        CBooleanPtr boolean = CBooleanPtr(flag);
+        return boolean && boolean->GetValue();
+    } catch (const GenICam::GenericException &) {
+        return false;
+    }
+}
+
+} // namespace
+
+// Why a feature is not available or is locked: the features whose values
+// make it so, each a link ("feature:Name") with its current value. Empty
+// for a feature that is neither, or whose reason lies in no feature.
+QString GenParamTreeModelPrivate::WhyNot(INode *node) const
+{
+    EAccessMode mode = NI;
+    try {
+        mode = node->GetAccessMode();
+    } catch (const GenICam::GenericException &) {
+        return QString();
+    }
+    const char *link = nullptr;
+    QString label;
+    if (mode == NA) {
+        link = "pIsAvailable";
+        label = GenParamTreeModel::tr("<i>Not available because of:</i> %1");
+    } else if (mode == RO) {
+        link = "pIsLocked";
+        label = GenParamTreeModel::tr("<i>Locked by:</i> %1");
+    } else {
+        return QString();
+    }
+    GenICam::gcstring target, attribute;
+    if (!node->GetProperty(link, target, attribute))
+        return QString();
+    INode *flag = nodeMap->GetNode(target);
+    // Locked only while the lock reads as set; not available only while
+    // the availability reads as clear.
+    if (!flag || flagSet(flag) != (mode == RO))
+        return QString();
+    QStringList causes;
+    for (INode *cause : featuresBehind(flag)) {
+        QString value;
+        try {
+            CValuePtr v = CValuePtr(cause);
+            value = v && IsReadable(cause->GetAccessMode())
+                ? fromGc(v->ToString())
+                : GenParamTreeModel::tr("(not readable)");
+        } catch (const GenICam::GenericException &e) {
+            value = messageOf(e);
+        }
+        const QString name = fromGc(cause->GetName());
+        const QString shown = fromGc(cause->GetDisplayName());
+        causes << QStringLiteral("<a href=\"feature:%1\">%2</a> = %3")
+                      .arg(name.toHtmlEscaped(), (shown.isEmpty() ? name : shown).toHtmlEscaped(),
+                           value.toHtmlEscaped());
+    }
+    return causes.isEmpty() ? QString() : label.arg(causes.join(QStringLiteral(", ")));
 }
 
 GenParamTreeModel::GenParamTreeModel(INodeMap *nodeMap, QObject *parent)

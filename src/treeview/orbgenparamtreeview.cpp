@@ -30,6 +30,7 @@
 #include <QSplitter>
 #include <QTextBrowser>
 #include <QTimer>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -103,6 +104,7 @@ public:
     QString currentText(int what) const;
     void exportTo(bool json);
     void undo();
+    void goToFeature(const QString &name);
     void saveSettingsAsked();
     void loadSettingsAsked();
     std::optional<SettingsLoadResult> loadSettingsFile(const QString &path, bool acceptOtherModel,
@@ -186,6 +188,14 @@ void OrbGenParamTreeViewPrivate::Init(OrbGenParamTreeView *view, INodeMap *map)
 
     ui.treeView->setItemDelegateForColumn(1, new GenParamDelegate(view));
     initContextMenu();
+    // The description pane names the features that lock a feature or make
+    // it unavailable; a click on one goes to it.
+    ui.whatsThisLabel->setOpenLinks(false);
+    QObject::connect(ui.whatsThisLabel, &QTextBrowser::anchorClicked, view,
+                     [this](const QUrl &url) {
+                         if (url.scheme() == QLatin1String("feature"))
+                             goToFeature(url.path());
+                     });
 
     auto *resizer = new TreeViewResizer(ui.treeView);
     QObject::connect(resizer, &TreeViewResizer::showed, view, [this, resizer] {
@@ -304,6 +314,47 @@ void OrbGenParamTreeViewPrivate::exportTo(bool json)
         QMessageBox::warning(q, OrbGenParamTreeView::tr("Export Feature Tree"),
                              OrbGenParamTreeView::tr("Cannot write %1: %2")
                                  .arg(QDir::toNativeSeparators(path), file.errorString()));
+}
+
+// Selects the feature's row (its value cell), expanding its categories;
+// where the visibility level or the name filter hides it, they are opened
+// up so far as it takes.
+void OrbGenParamTreeViewPrivate::goToFeature(const QString &name)
+{
+    GenParamTreeVisibilityFilterProxyModel *filter = proxy();
+    QAbstractItemModel *source = filter ? filter->sourceModel() : nullptr;
+    if (!source)
+        return;
+    QModelIndex found;
+    std::vector<QModelIndex> pending { QModelIndex() };
+    while (!pending.empty() && !found.isValid()) {
+        const QModelIndex parent = pending.back();
+        pending.pop_back();
+        for (int row = 0; row < source->rowCount(parent) && !found.isValid(); ++row) {
+            const QModelIndex index = source->index(row, 0, parent);
+            auto *value = index.data(ValuePointerRole).value<IValue *>();
+            if (value && QString::fromUtf8(value->GetNode()->GetName().c_str()) == name)
+                found = index;
+            else
+                pending.push_back(index);
+        }
+    }
+    if (!found.isValid())
+        return;
+    QModelIndex shown = filter->mapFromSource(found);
+    if (!shown.isValid()) {
+        ui.filterLineEdit->clear();
+        ui.cbVisibility->setCurrentIndex(ui.cbVisibility->count() - 1);
+        shown = filter->mapFromSource(found);
+    }
+    if (!shown.isValid())
+        return; // invisible at every level the view offers
+    for (QModelIndex p = shown.parent(); p.isValid(); p = p.parent())
+        ui.treeView->expand(p);
+    const QModelIndex cell = shown.sibling(shown.row(), 1);
+    ui.treeView->scrollTo(cell);
+    ui.treeView->setCurrentIndex(cell);
+    ui.treeView->setFocus();
 }
 
 // Takes back the user's last write; says why when the camera refuses.

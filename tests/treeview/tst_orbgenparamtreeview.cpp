@@ -34,6 +34,8 @@
 #include <QMenu>
 #include <QSplitter>
 #include <QTextBrowser>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QTimer>
 #include <QToolButton>
 #include <QTreeView>
@@ -258,6 +260,7 @@ private Q_SLOTS:
     void contextMenuOffersCopyAndExport();
     void exportTextAndJson();
     void changedValuesAreMarkedAndUndone();
+    void whyLockedOrNotAvailable();
 };
 
 void tst_OrbGenParamTreeView::initTestCase()
@@ -1468,6 +1471,57 @@ void tst_OrbGenParamTreeView::changedValuesAreMarkedAndUndone()
     QVERIFY(width.data(ChangedRole).toBool());
     QVERIFY(model->setData(width, qlonglong(640)));
     QVERIFY(!width.data(ChangedRole).toBool());
+}
+
+// A locked or unavailable feature names, in its description, the features
+// that make it so with their values; a click on one goes to it (showing it
+// where the visibility level hid it).
+void tst_OrbGenParamTreeView::whyLockedOrNotAvailable()
+{
+    Fixture f(xmlFile(
+        "<Category Name=\"Root\"><pFeature>Gain</pFeature><pFeature>ExposureTime</pFeature>"
+        "<pFeature>ExposureAuto</pFeature><pFeature>TLParamsLocked</pFeature></Category>"
+        "<Integer Name=\"Gain\"><pIsLocked>TLParamsLocked</pIsLocked><Value>3</Value></Integer>"
+        "<Integer Name=\"TLParamsLocked\"><Visibility>Guru</Visibility><Value>1</Value></Integer>"
+        "<Integer Name=\"ExposureTime\"><pIsAvailable>ExposureSettable</pIsAvailable>"
+        "<Value>5000</Value></Integer>"
+        "<IntSwissKnife Name=\"ExposureSettable\"><pVariable Name=\"A\">ExposureAuto</pVariable>"
+        "<Formula>A = 0</Formula></IntSwissKnife>"
+        "<Enumeration Name=\"ExposureAuto\"><DisplayName>Exposure Auto</DisplayName>"
+        "<EnumEntry Name=\"Off\"><Value>0</Value></EnumEntry>"
+        "<EnumEntry Name=\"Continuous\"><Value>2</Value></EnumEntry><Value>2</Value>"
+        "</Enumeration>"));
+    QVERIFY(f.show());
+    f.view->setVisibility(OrbGui::Beginner);
+    auto *pane = f.view->findChild<QTextBrowser *>(QStringLiteral("whatsThisLabel"));
+    QVERIFY(pane);
+
+    f.setCurrentName(QStringLiteral("ExposureTime"));
+    QTRY_VERIFY(pane->toPlainText().contains(
+        QStringLiteral("Not available because of: Exposure Auto = Continuous")));
+    f.setCurrentName(QStringLiteral("Gain"));
+    QTRY_VERIFY2(pane->toPlainText().contains(QStringLiteral("Locked by: TLParamsLocked = 1")),
+                 qPrintable(pane->toPlainText()));
+    // A feature that is neither says nothing of the kind.
+    f.setCurrentName(QStringLiteral("ExposureAuto"));
+    QTRY_VERIFY(!pane->toPlainText().contains(QStringLiteral("Locked by")));
+    QVERIFY(!pane->toPlainText().contains(QStringLiteral("because of")));
+
+    // The lock is a Guru feature the Beginner level hides: a click on it in
+    // the pane goes there all the same.
+    f.setCurrentName(QStringLiteral("Gain"));
+    QTRY_VERIFY(pane->toPlainText().contains(QStringLiteral("TLParamsLocked")));
+    QVERIFY(!f.find(QStringLiteral("TLParamsLocked")).isValid());
+    const QTextCursor link = pane->document()->find(QStringLiteral("TLParamsLocked"));
+    QVERIFY(!link.isNull());
+    QTextCursor inside = link;
+    inside.setPosition(link.selectionStart() + 2);
+    QTest::mouseClick(pane->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      pane->cursorRect(inside).center());
+    QTRY_VERIFY(f.find(QStringLiteral("TLParamsLocked")).isValid());
+    const QModelIndex current = f.tree()->currentIndex();
+    QCOMPARE(current.sibling(current.row(), 0), f.find(QStringLiteral("TLParamsLocked")));
+    QCOMPARE(f.view->visibility(), OrbGui::Guru);
 }
 
 QTEST_MAIN(tst_OrbGenParamTreeView)

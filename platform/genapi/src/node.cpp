@@ -541,6 +541,13 @@ void Node::GetPropertyNames(gcstring_vector &PropertyNames) const
     for (const char *name : { "Name", "NameSpace", "ToolTip", "Description", "DisplayName",
                               "Visibility", "ImposedAccessMode", "PollingTime", "Streamable" })
         PropertyNames.push_back(name);
+    // The links that decide the access mode, where the node has them.
+    if (m_isImplemented.isSet())
+        PropertyNames.push_back("pIsImplemented");
+    if (m_isAvailable.isSet())
+        PropertyNames.push_back("pIsAvailable");
+    if (m_isLocked.isSet())
+        PropertyNames.push_back("pIsLocked");
 }
 
 bool Node::GetProperty(const gcstring &PropertyName, gcstring &ValueStr, gcstring &AttributeStr)
@@ -565,6 +572,12 @@ bool Node::GetProperty(const gcstring &PropertyName, gcstring &ValueStr, gcstrin
         ValueStr = std::to_string(pollingTime);
     else if (n == "Streamable")
         ValueStr = m_streamable ? "Yes" : "No";
+    else if (n == "pIsImplemented" && m_isImplemented.isSet())
+        ValueStr = toGc(m_isImplemented.name);
+    else if (n == "pIsAvailable" && m_isAvailable.isSet())
+        ValueStr = toGc(m_isAvailable.name);
+    else if (n == "pIsLocked" && m_isLocked.isSet())
+        ValueStr = toGc(m_isLocked.name);
     else
         return false;
     return true;

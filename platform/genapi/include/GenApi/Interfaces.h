@@ -54,7 +54,12 @@ interface GENAPI_DECL_ABSTRACT INode : virtual public IBase {
     virtual INodeMap *GetNodeMap() const = 0;
     virtual gcstring GetEventID() const = 0;
     virtual bool IsStreamable() const = 0;
+    /// The properties GetProperty answers: Name, NameSpace, ToolTip,
+    /// Description, DisplayName, Visibility, ImposedAccessMode, PollingTime,
+    /// Streamable, and pIsImplemented, pIsAvailable and pIsLocked where the
+    /// node has them (their value: the name of the node they refer to).
     virtual void GetPropertyNames(gcstring_vector &PropertyNames) const = 0;
+    /// False for a property the node does not have.
     virtual bool GetProperty(const gcstring &PropertyName, gcstring &ValueStr,
                              gcstring &AttributeStr)
         = 0;
