@@ -16,6 +16,9 @@ shoot() { # shoot NAME DEMO-ARGS...
 }
 shoot config config
 shoot tree tree
+shoot tree-menu tree --select "Device User ID" --menu
+shoot tree-changed tree --set "Exposure Lines=800" --set "Number of Frames A=4" --select "Frame A/B Selector"
+shoot tree-locked tree --visibility guru --set "TL Params Locked=1" --select Width
 shoot select select
 shoot widgets widgets
 for dialog in trigger strobe pulse output color frameab; do

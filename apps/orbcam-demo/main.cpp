@@ -4,7 +4,8 @@
 // Doors (each also takes --backend sim|aravis|all, --config FILE and
 // --screenshot FILE):
 //   orbcam-demo config [--camera ID]
-//   orbcam-demo tree [--xml FILE | --camera ID]
+//   orbcam-demo tree [--xml FILE | --camera ID] [--visibility LEVEL] [--set NAME=VALUE]...
+//                    [--select NAME] [--menu]
 //   orbcam-demo select [--poll]
 //   orbcam-demo dialog trigger|strobe|pulse|output|color|frameab [--camera ID]
 //   orbcam-demo widgets [--camera ID]
@@ -34,6 +35,8 @@
 #include <QCommandLineParser>
 #include <QFormLayout>
 #include <QLabel>
+#include <QScreen>
+#include <QPixmap>
 #include <QTimer>
 #include <QTreeView>
 
@@ -48,7 +51,15 @@ namespace {
 void screenshotLater(QWidget *window, const QString &path)
 {
     QTimer::singleShot(1500, window, [window, path] {
-        const bool ok = window->grab().save(path);
+        // An open menu is a window of its own: then the screen is taken
+        // where the two lie.
+        QPixmap picture = window->grab();
+        if (QWidget *popup = QApplication::activePopupWidget()) {
+            const QRect area = window->frameGeometry().united(popup->frameGeometry());
+            picture = QGuiApplication::primaryScreen()->grabWindow(0, area.x(), area.y(),
+                                                                   area.width(), area.height());
+        }
+        const bool ok = picture.save(path);
         std::fprintf(ok ? stdout : stderr, ok ? "screenshot written to %s\n" : "cannot write %s\n",
                      qPrintable(path));
         QCoreApplication::exit(ok ? 0 : 1);
@@ -149,9 +160,44 @@ int tree(QApplication &app, const QCommandLineParser &options)
                                               QString::fromUtf8(info->GetID()));
     }
     view->setWindowTitle(title);
-    view->setVisibility(OrbGui::Expert);
+    const QString level = options.value(QStringLiteral("visibility")).toLower();
+    view->setVisibility(level == QLatin1String("beginner")   ? OrbGui::Beginner
+                            : level == QLatin1String("guru") ? OrbGui::Guru
+                                                             : OrbGui::Expert);
     view->resize(640, 720);
     view->treeView()->expandAll();
+    // Rows by their shown name, for the options that act as a user would.
+    QTreeView *tree = view->treeView();
+    auto rowNamed = [tree](const QString &name) {
+        const QModelIndexList found
+            = tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, name, 1,
+                                   Qt::MatchExactly | Qt::MatchRecursive);
+        return found.isEmpty() ? QModelIndex() : found.first();
+    };
+    for (const QString &assignment : options.values(QStringLiteral("set"))) {
+        const QString name = assignment.section(QLatin1Char('='), 0, 0);
+        const QModelIndex row = rowNamed(name);
+        if (!row.isValid()
+            || !tree->model()->setData(row.sibling(row.row(), 1),
+                                       assignment.section(QLatin1Char('='), 1))) {
+            std::fprintf(stderr, "orbcam-demo: cannot set %s\n", qPrintable(assignment));
+            return 2;
+        }
+    }
+    if (options.isSet(QStringLiteral("select"))) {
+        const QModelIndex row = rowNamed(options.value(QStringLiteral("select")));
+        if (!row.isValid()) {
+            std::fprintf(stderr, "orbcam-demo: no row named %s\n",
+                         qPrintable(options.value(QStringLiteral("select"))));
+            return 2;
+        }
+        tree->scrollTo(row);
+        tree->setCurrentIndex(row);
+    }
+    if (options.isSet(QStringLiteral("menu")))
+        QTimer::singleShot(700, tree, [tree] {
+            emit tree->customContextMenuRequested(tree->visualRect(tree->currentIndex()).center());
+        });
     // Polling makes live features (the temperature) move in the tree.
     view->setPollingTime(500);
     view->enablePolling(true);
@@ -425,6 +471,19 @@ int main(int argc, char **argv)
           QStringLiteral("sim: the simulated cameras (default); aravis: real GigE Vision and "
                          "USB3 Vision cameras; all: both."),
           QStringLiteral("BACKEND") });
+    options.addOption({ QStringLiteral("set"),
+                        QStringLiteral("tree: write VALUE to the row shown as NAME, as a user "
+                                       "would (the row then shows as changed)."),
+                        QStringLiteral("NAME=VALUE") });
+    options.addOption({ QStringLiteral("visibility"),
+                        QStringLiteral("tree: the visibility level (beginner, expert or guru; "
+                                       "default expert)."),
+                        QStringLiteral("LEVEL") });
+    options.addOption({ QStringLiteral("select"),
+                        QStringLiteral("tree: select the row shown as NAME."),
+                        QStringLiteral("NAME") });
+    options.addOption({ QStringLiteral("menu"),
+                        QStringLiteral("tree: open the context menu on the selected row.") });
     options.addOption(
         { QStringLiteral("poll"),
           QStringLiteral("select: keep looking for cameras (about once a second).") });
