@@ -1,5 +1,7 @@
 #include "genparamtreemodel.h"
 
+#include "accessreasons.h"
+
 #include <OrbCam/OrbGenParam.h>
 #include <OrbGui/qtorbspinboxval64.h>
 
@@ -730,30 +732,6 @@ QVariant GenParamTreeModelPrivate::WhatsThis(IValue *value) const
 
 namespace {
 
-// The features behind a node that decides another's access (a pIsAvailable
-// or pIsLocked link, a formula over other nodes): the first features on
-// each path down its reading links, each once.
-std::vector<INode *> featuresBehind(INode *start)
-{
-    std::vector<INode *> found;
-    std::vector<INode *> pending { start };
-    std::unordered_set<INode *> seen { start };
-    while (!pending.empty() && seen.size() < 1000) {
-        INode *node = pending.back();
-        pending.pop_back();
-        if (node->IsFeature()) {
-            found.push_back(node);
-            continue;
-        }
-        NodeList_t children;
-        node->GetChildren(children, ctReadingChildren);
-        for (INode *child : children)
-            if (seen.insert(child).second)
-                pending.push_back(child);
-    }
-    return found;
-}
-
 bool flagSet(INode *flag)
 {
     try {
@@ -791,10 +769,7 @@ QString GenParamTreeModelPrivate::WhyNot(INode *node) const
     } else {
         return QString();
     }
-    GenICam::gcstring target, attribute;
-    if (!node->GetProperty(link, target, attribute))
-        return QString();
-    INode *flag = nodeMap->GetNode(target);
+    INode *flag = accessLink(nodeMap, node, link);
     // Locked only while the lock reads as set; not available only while
     // the availability reads as clear.
     if (!flag || flagSet(flag) != (mode == RO))

@@ -1,5 +1,7 @@
 #include "featuresettings.h"
 
+#include "genparam/accessreasons.h"
+
 #include <QLocale>
 #include <QStringList>
 
@@ -217,6 +219,13 @@ private:
     {
         if (!m_done.insert(node).second)
             return;
+        // What unlocks it, or makes it available, first: loaded in this
+        // order, the camera takes it.
+        for (const char *link : { "pIsLocked", "pIsAvailable" })
+            if (INode *flag = accessLink(m_map, node, link))
+                for (INode *cause : featuresBehind(flag))
+                    if (!m_walk.selectedBy.count(cause))
+                        saveFeature(cause);
         if (m_walk.isSelector(node) && writable(node)) {
             saveSelector(node);
             return;

@@ -170,6 +170,7 @@ private Q_SLOTS:
     void roundTripOnDescriptions_data();
     void roundTripOnDescriptions();
     void roundTripOnTheSimulatedCamera();
+    void unlockingComesFirst();
     void refusals_data();
     void refusals();
     void unknownFeaturesAreReported();
@@ -264,6 +265,46 @@ void tst_TreeSettings::roundTripOnTheSimulatedCamera()
         QVERIFY2(view.loadSettings(saved, false, &problems, &error), qPrintable(error));
         QVERIFY2(view.saveSettings(saved + QStringLiteral(".2"), &error), qPrintable(error));
         QCOMPARE(readAll(saved + QStringLiteral(".2")), before);
+    }
+    OrbCam_ReleaseDevice(device);
+    OrbCam_ReleaseSystem(system);
+}
+
+// Width and Height of the simulated camera are locked while TLParamsLocked
+// is 1: the file has the lock first, so a camera that is locked now takes
+// the file's Width once the file has unlocked it.
+void tst_TreeSettings::unlockingComesFirst()
+{
+    QCOMPARE(OrbCamSim::Reset(), OrbCamOk);
+    OrbCam::System *system = OrbCam_GetSystem();
+    QVERIFY(system);
+    OrbCam::Interface *gev = system->GetInterfaces(OrbCam::AllInterfaces)->First();
+    gev->UpdateDeviceList(nullptr, 200);
+    OrbCam::DeviceInfoList *infos = gev->GetDeviceInfoList();
+    OrbCam::Device *device = OrbCam_CreateDevice(infos->First(), OrbCam::AccessControl, 0);
+    infos->Release();
+    QVERIFY(device);
+    {
+        OrbGenParam::Array *params = device->GetParams();
+        OrbGenParamTreeView view(params);
+        QCOMPARE(params->GetInt("Width")->SetValue(640), OrbCamOk);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("unlocked.txt"));
+        QString error;
+        QVERIFY2(view.saveSettings(path, &error), qPrintable(error));
+        const QString saved = readAll(path);
+        const int lock = saved.indexOf(QLatin1String("\nTLParamsLocked = 0\n"));
+        const int width = saved.indexOf(QLatin1String("\nWidth = 640\n"));
+        QVERIFY2(lock >= 0 && width > lock, qPrintable(saved));
+
+        QCOMPARE(params->GetInt("Width")->SetValue(1280), OrbCamOk);
+        QCOMPARE(params->GetInt("TLParamsLocked")->SetValue(1), OrbCamOk);
+        QVERIFY(params->GetInt("Width")->SetValue(640) != OrbCamOk); // locked now
+        QStringList problems;
+        QVERIFY2(view.loadSettings(path, false, &problems, &error), qPrintable(error));
+        QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
+        QCOMPARE(params->GetInt("Width")->GetValue(), int64_t(640));
+        QCOMPARE(params->GetInt("TLParamsLocked")->GetValue(), int64_t(0));
     }
     OrbCam_ReleaseDevice(device);
     OrbCam_ReleaseSystem(system);
