@@ -36,6 +36,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <thread>
 
@@ -127,10 +128,10 @@ std::string fakeCameraModel()
     return moved.toStdString();
 }
 
-// The camera's memory as the device itself holds it, read past our API.
-QByteArray rawMemory(const char *address, guint64 at, guint32 size)
+// Runs `use` on an Aravis device of the fake camera at `address`, opened
+// past our API: the camera's memory as the device itself holds it.
+bool withRawDevice(const char *address, const std::function<bool(ArvDevice *)> &use)
 {
-    QByteArray bytes(static_cast<int>(size), '\0');
     ArvInterface *gv = arv_gv_interface_get_instance();
     arv_interface_update_device_list(gv);
     for (unsigned i = 0; i < arv_interface_get_n_devices(gv); ++i) {
@@ -139,42 +140,39 @@ QByteArray rawMemory(const char *address, guint64 at, guint32 size)
         GError *error = nullptr;
         ArvDevice *device
             = arv_interface_open_device(gv, arv_interface_get_device_id(gv, i), &error);
-        if (!device) {
-            g_clear_error(&error);
-            return {};
-        }
-        arv_device_read_memory(device, at, size, bytes.data(), &error);
         g_clear_error(&error);
+        if (!device)
+            return false;
+        const bool done = use(device);
         g_object_unref(device);
-        return bytes;
+        return done;
     }
-    return {};
+    return false;
+}
+
+QByteArray rawMemory(const char *address, guint64 at, guint32 size)
+{
+    QByteArray bytes(static_cast<int>(size), '\0');
+    const bool read = withRawDevice(address, [&](ArvDevice *device) {
+        GError *error = nullptr;
+        const bool ok = arv_device_read_memory(device, at, size, bytes.data(), &error);
+        g_clear_error(&error);
+        return ok;
+    });
+    return read ? bytes : QByteArray();
 }
 
 // Writes the camera's memory past our API, as the camera itself would
 // change (its own sensor set-up, say).
-bool rawWrite(const char *address, guint64 at, const QByteArray &bytes)
+bool rawWrite(const char *address, guint64 at, QByteArray bytes)
 {
-    ArvInterface *gv = arv_gv_interface_get_instance();
-    arv_interface_update_device_list(gv);
-    for (unsigned i = 0; i < arv_interface_get_n_devices(gv); ++i) {
-        if (qstrcmp(arv_interface_get_device_address(gv, i), address) != 0)
-            continue;
+    return withRawDevice(address, [&](ArvDevice *device) {
         GError *error = nullptr;
-        ArvDevice *device
-            = arv_interface_open_device(gv, arv_interface_get_device_id(gv, i), &error);
-        if (!device) {
-            g_clear_error(&error);
-            return false;
-        }
-        QByteArray copy = bytes;
-        const bool written = arv_device_write_memory(device, at, static_cast<guint32>(copy.size()),
-                                                     copy.data(), &error);
+        const bool ok = arv_device_write_memory(device, at, static_cast<guint32>(bytes.size()),
+                                                bytes.data(), &error);
         g_clear_error(&error);
-        g_object_unref(device);
-        return written;
-    }
-    return false;
+        return ok;
+    });
 }
 
 // A GigE Vision peer of the test's own on the GVCP port: answers discovery

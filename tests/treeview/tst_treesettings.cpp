@@ -161,6 +161,20 @@ QMap<QString, QString> bySlot(const QString &file)
     return values;
 }
 
+// A description with one feature, Width, under Root.
+std::string description(const char *width)
+{
+    return std::string(
+               "<RegisterDescription ModelName=\"M\" VendorName=\"V\" StandardNameSpace=\"None\" "
+               "SchemaMajorVersion=\"1\" SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\" "
+               "MajorVersion=\"1\" MinorVersion=\"0\" SubMinorVersion=\"0\" ToolTip=\"\" "
+               "ProductGuid=\"00000000-0000-0000-0000-000000000000\" "
+               "VersionGuid=\"00000000-0000-0000-0000-000000000000\" "
+               "xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">"
+               "<Category Name=\"Root\"><pFeature>Width</pFeature></Category>")
+        + width + "</RegisterDescription>";
+}
+
 } // namespace
 
 class tst_TreeSettings : public QObject {
@@ -335,14 +349,7 @@ void tst_TreeSettings::refusals()
     QFETCH(QString, why);
     GenApi::CNodeMapRef map;
     map._LoadXMLFromString(
-        "<RegisterDescription ModelName=\"M\" VendorName=\"V\" StandardNameSpace=\"None\" "
-        "SchemaMajorVersion=\"1\" SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\" "
-        "MajorVersion=\"1\" MinorVersion=\"0\" SubMinorVersion=\"0\" ToolTip=\"\" "
-        "ProductGuid=\"00000000-0000-0000-0000-000000000000\" "
-        "VersionGuid=\"00000000-0000-0000-0000-000000000000\" "
-        "xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">"
-        "<Category Name=\"Root\"><pFeature>Width</pFeature></Category>"
-        "<Integer Name=\"Width\"><Value>640</Value></Integer></RegisterDescription>");
+        description("<Integer Name=\"Width\"><Value>640</Value></Integer>").c_str());
     OrbGenParamTreeView view(static_cast<GenApi::INodeMap *>(map));
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("s.txt"));
@@ -358,15 +365,9 @@ void tst_TreeSettings::unknownFeaturesAreReported()
 {
     GenApi::CNodeMapRef map;
     map._LoadXMLFromString(
-        "<RegisterDescription ModelName=\"M\" VendorName=\"V\" StandardNameSpace=\"None\" "
-        "SchemaMajorVersion=\"1\" SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\" "
-        "MajorVersion=\"1\" MinorVersion=\"0\" SubMinorVersion=\"0\" ToolTip=\"\" "
-        "ProductGuid=\"00000000-0000-0000-0000-000000000000\" "
-        "VersionGuid=\"00000000-0000-0000-0000-000000000000\" "
-        "xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">"
-        "<Category Name=\"Root\"><pFeature>Width</pFeature></Category>"
-        "<Integer Name=\"Width\"><Value>640</Value><Min>16</Min><Max>4096</Max></Integer>"
-        "</RegisterDescription>");
+        description(
+            "<Integer Name=\"Width\"><Value>640</Value><Min>16</Min><Max>4096</Max></Integer>")
+            .c_str());
     OrbGenParamTreeView view(static_cast<GenApi::INodeMap *>(map));
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("s.txt"));
