@@ -304,6 +304,14 @@ struct SystemRef {
         list->Release();
         return found;
     }
+    // The camera with this serial number after a fresh discovery, or null.
+    OrbCam::DeviceInfo *camera(const char *serial) const
+    {
+        for (OrbCam::DeviceInfo *c : cameras())
+            if (qstrcmp(c->GetSerialNumber(), serial) == 0)
+                return c;
+        return nullptr;
+    }
     OrbCam::System *system = nullptr;
     OrbCamErr err = OrbCamOk;
 };
@@ -447,10 +455,7 @@ void tst_OrbCamAravis::discoveryAndInterfaceFeatures()
 void tst_OrbCamAravis::treeViewEditReachesTheCamera()
 {
     SystemRef ref;
-    OrbCam::DeviceInfo *cameraA = nullptr;
-    for (OrbCam::DeviceInfo *c : ref.cameras())
-        if (qstrcmp(c->GetSerialNumber(), "ORB-A") == 0)
-            cameraA = c;
+    OrbCam::DeviceInfo *cameraA = ref.camera("ORB-A");
     QVERIFY(cameraA);
     OrbCamErr err = OrbCamOk;
     OrbCam::Device *device = OrbCam_CreateDevice(cameraA, OrbCam::AccessControl, 0, &err);
@@ -519,10 +524,7 @@ void tst_OrbCamAravis::configWindowShowsTheRealCamera()
     QVERIFY(rawWrite("127.0.0.2", 0x901C, QByteArray::fromHex("00000500")));
     QVERIFY(rawWrite("127.0.0.2", 0x9020, QByteArray::fromHex("000003C0")));
     SystemRef ref;
-    OrbCam::DeviceInfo *cameraA = nullptr;
-    for (OrbCam::DeviceInfo *c : ref.cameras())
-        if (qstrcmp(c->GetSerialNumber(), "ORB-A") == 0)
-            cameraA = c;
+    OrbCam::DeviceInfo *cameraA = ref.camera("ORB-A");
     QVERIFY(cameraA);
     OrbCam::Device *device = OrbCam_CreateDevice(cameraA, OrbCam::AccessControl, 0);
     QVERIFY(device);
@@ -544,10 +546,7 @@ void tst_OrbCamAravis::configWindowShowsTheRealCamera()
 void tst_OrbCamAravis::lostCameraIsReported()
 {
     SystemRef ref;
-    OrbCam::DeviceInfo *cameraB = nullptr;
-    for (OrbCam::DeviceInfo *c : ref.cameras())
-        if (qstrcmp(c->GetSerialNumber(), "ORB-B") == 0)
-            cameraB = c;
+    OrbCam::DeviceInfo *cameraB = ref.camera("ORB-B");
     QVERIFY(cameraB);
     OrbCam::Device *device = OrbCam_CreateDevice(cameraB, OrbCam::AccessControl, 0);
     QVERIFY(device);
