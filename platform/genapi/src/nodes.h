@@ -33,10 +33,6 @@ using GenICam_3_0::TimeoutException;
 class NodeMap;
 class Node;
 
-// Text a node keeps (names, tool tips, formulas) views the description the
-// node map holds or the node map's own store: a description of thousands of
-// nodes then costs no allocation per string.
-
 // Where a property stands in the description. Lines are counted only when a
 // message needs one, and only while loading: every message that names a
 // line is raised then.
@@ -45,7 +41,10 @@ struct SourcePos {
 };
 
 // A named reference to another node, resolved after the whole description
-// has been read.
+// has been read. Its name, like all text a node keeps (names, tool tips,
+// formulas), views the description the node map holds or the map's own
+// store: a description of thousands of nodes costs no allocation per
+// string.
 struct Ref {
     std::string_view name;
     Node *node = nullptr;
