@@ -15,12 +15,15 @@
 #include <OrbGui/orbguiglobal.h>
 
 #include <QDialog>
+#include <QScopedPointer>
 
 namespace OrbCam {
 class Device;
 }
 
 namespace OrbGui {
+
+class OrbCamConfigDialogPrivate;
 
 class ORBGUI_EXPORT OrbCamConfigDialog : public QDialog {
     Q_OBJECT
@@ -32,16 +35,23 @@ public:
     virtual void SetDevice(OrbCam::Device *device) = 0;
 
 Q_SIGNALS:
-    /// The dialog is being closed (the configuration window unchecks its
-    /// button).
+    /// The dialog is being closed or hidden, whichever way: its close
+    /// button, Escape, or a hide() by the host (the configuration window
+    /// unchecks its button). Once for each time the dialog was shown.
     void closing();
 
 protected:
+    /// Enter in a dialog commits the field it is pressed in; it presses a
+    /// push button only when that button has the focus.
     explicit OrbCamConfigDialog(QWidget *parent);
     void closeEvent(QCloseEvent *event) override;
+    bool event(QEvent *event) override;
 
 private:
     Q_DISABLE_COPY(OrbCamConfigDialog)
+    void announceClosing();
+    // Named apart from the d_ptr of each dialog derived from this class.
+    QScopedPointer<OrbCamConfigDialogPrivate> const dialog_d;
 };
 
 } // namespace OrbGui

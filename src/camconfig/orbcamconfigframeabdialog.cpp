@@ -3,12 +3,15 @@
 #include "camconfigdialog_p.h"
 #include "ui_orbcamconfigframeabdialog.h"
 
+#include <OrbGui/qtorbdoubleslider.h>
+#include <OrbGui/qtorbdoublespinboxval.h>
 #include <OrbGui/qtorbgainslider.h>
 #include <OrbGui/qtorbslider.h>
 #include <OrbGui/qtorbsliderspinbox.h>
 #include <OrbGui/qtorbspinbox.h>
 
 #include <QButtonGroup>
+#include <QMessageBox>
 #include <QTimer>
 
 #include <cmath>
@@ -22,6 +25,8 @@ const char exposureLinesName[] = "Frame_ExposureLines";
 const char exposureClocksName[] = "Frame_ExposureClocks";
 const char triggerModeName[] = "TriggerMode";
 const char coarseGainName[] = "Frame_DigitalCourseGain";
+const char selectorName[] = "FrameAB_Selector";
+const char frameModeName[] = "FrameMode";
 const char fineGainName[] = "Frame_DigitalFineGain";
 
 // value * multiplier / divisor, rounded half up and truncated toward zero;
@@ -94,6 +99,8 @@ public:
     void gainSplit(double gain);
     void showFrameSize();
     void connectExposureTime();
+    void readFrameValues();
+    void followCamera();
 
     OrbCamConfigFrameABDialog *const q_ptr;
     Ui_OrbCamConfigFrameABDialog ui;
@@ -129,6 +136,15 @@ void OrbCamConfigFrameABDialogPrivate::prepare()
     ui.spBoxFrameHeight->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Height:"));
     ui.spBoxDigitalGain->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Digital Gain:"));
     ui.spBoxBlackLevel->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Black Level:"));
+    ui.spBoxExpLines->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Lines:"));
+    ui.spBoxExpClocks->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Clocks:"));
+    ui.spBoxNumberOfFrameAs->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Frames A:"));
+    ui.spBoxNumberOfFrameBs->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Frames B:"));
+    // The gain is shown as the camera holds it (2^coarse * (1 + fine/64)
+    // needs six decimals); the slider moves on the 0.125 grid, every point
+    // of which the camera can represent, while a typed gain that it cannot
+    // is confirmed before it is written.
+    ui.spBoxDigitalGain->setDecimals(6);
     for (QLabel *label : { ui.lblWdrE1MicroSec, ui.lblWdrE2MicroSec, ui.lblWdrE3MicroSec })
         label->setText(unit);
     auto group = [q](std::initializer_list<QAbstractButton *> buttons) {
@@ -187,26 +203,19 @@ void OrbCamConfigFrameABDialogPrivate::init(OrbCam::Device *newDevice)
     pixelClock = clock ? clock->GetValue(&err) : 0;
     if (!clock || err != OrbCamOk)
         pixelClock = 160;
-    if (auto *lines = param<OrbGenParam::Int>(exposureLinesName)) {
-        exposureLines = lines->GetValue();
-        exposureLinesMin = lines->GetMin();
-        exposureLinesMax = lines->GetMax();
-    }
-    if (auto *clocks = param<OrbGenParam::Int>(exposureClocksName)) {
-        exposureClocks = clocks->GetValue();
-        exposureClocksMin = clocks->GetMin();
-        exposureClocksMax = clocks->GetMax();
-    }
-    if (auto *time = param<OrbGenParam::Int>(lineTimeName))
-        lineTime = time->GetValue();
+    readFrameValues();
     if (auto *trigger = param<OrbGenParam::Enum>(triggerModeName))
         triggerActive = trigger->GetValue() > 0;
     for (const char *name :
          { exposureLinesName, exposureClocksName, lineTimeName, "Frame_FixedFramePeriodValue" })
         listen(param<OrbGenParam::Int>(name));
     listen(param<OrbGenParam::Enum>(triggerModeName));
+    // The frame shown and the frame mode may be changed elsewhere (the tree
+    // view, the host): the dialog follows them as it follows its own.
+    listen(param<OrbGenParam::Enum>(selectorName));
+    listen(param<OrbGenParam::Enum>(frameModeName));
 
-    mapper.mapEnumParam(param<OrbGenParam::Enum>("FrameMode"), ui.cmBoxFrameMode);
+    mapper.mapEnumParam(param<OrbGenParam::Enum>(frameModeName), ui.cmBoxFrameMode);
     QObject::connect(ui.cmBoxFrameMode, &QComboBox::currentTextChanged, ui.cmBoxFrameMode,
                      [this] { frameModeRule(true); });
     const std::pair<const char *, QComboBox *> choices[]
@@ -250,9 +259,11 @@ void OrbCamConfigFrameABDialogPrivate::init(OrbCam::Device *newDevice)
     ui.spBoxFixedFramePeriodValue->slider()->setScaleType(QtOrbSlider::Logarithmic);
     mapper.mapIntParam(param<OrbGenParam::Int>("Frame_FixedFramePeriodValue"),
                        ui.spBoxFixedFramePeriodValue, this);
+    // Microseconds are no grid of the camera's: a period is converted to
+    // lines, not snapped to a rounded step of microseconds.
     ui.spBoxFixedFramePeriodValue->setValidate(false);
     mapper.mapIntParam(param<OrbGenParam::Int>("Frame_BlackLevel"), ui.spBoxBlackLevel, nullptr);
-    mapper.mapEnumParam(param<OrbGenParam::Enum>("FrameAB_Selector"), ui.tabFrames);
+    mapper.mapEnumParam(param<OrbGenParam::Enum>(selectorName), ui.tabFrames);
     QObject::connect(ui.tabFrames, &QTabWidget::currentChanged, ui.tabFrames,
                      [this](int index) { tabRule(index); });
     mapper.mapBooleanParam(param<OrbGenParam::Boolean>("Frame_FixedFramePeriodEnable"),
@@ -288,6 +299,40 @@ void OrbCamConfigFrameABDialogPrivate::init(OrbCam::Device *newDevice)
     frameModeRule(false);
     tabRule(ui.tabFrames->currentIndex());
     updateExposureTime();
+}
+
+// The values of the selected frame that the dialog's own rules compute
+// with.
+void OrbCamConfigFrameABDialogPrivate::readFrameValues()
+{
+    if (auto *lines = param<OrbGenParam::Int>(exposureLinesName)) {
+        exposureLines = lines->GetValue();
+        exposureLinesMin = lines->GetMin();
+        exposureLinesMax = lines->GetMax();
+    }
+    if (auto *clocks = param<OrbGenParam::Int>(exposureClocksName)) {
+        exposureClocks = clocks->GetValue();
+        exposureClocksMin = clocks->GetMin();
+        exposureClocksMax = clocks->GetMax();
+    }
+    if (auto *time = param<OrbGenParam::Int>(lineTimeName))
+        lineTime = time->GetValue();
+    if (auto *coarse = param<OrbGenParam::Int>(coarseGainName))
+        coarseGain = coarse->GetValue();
+    if (auto *fine = param<OrbGenParam::Int>(fineGainName))
+        fineGain = fine->GetValue();
+}
+
+// Another frame selected, or another frame mode, whoever chose it: every
+// frame control shows the frame now selected, on the page of its tab.
+// Nothing is written: the tab follows the camera's selector, not the mode.
+void OrbCamConfigFrameABDialogPrivate::followCamera()
+{
+    readFrameValues();
+    mapper.refreshAll();
+    tabRule(ui.tabFrames->currentIndex());
+    showFrameSize();
+    showDigitalGain();
 }
 
 void OrbCamConfigFrameABDialogPrivate::showFrameSize()
@@ -359,10 +404,14 @@ void OrbCamConfigFrameABDialogPrivate::updateExposureTime()
         return;
     const auto perClock
         = [this](qint64 clocks) { return pixelClock == 0 ? 0 : clocks / pixelClock; };
-    const qint64 maximum = ui.chBoxFixedFramePeriodEnable->isChecked()
+    const qint64 longest = ui.chBoxFixedFramePeriodEnable->isChecked()
         ? ui.spBoxFixedFramePeriodValue->value()
         : perClock(exposureClocksMax + exposureLinesMax * lineTime);
     const qint64 value = perClock(exposureClocks + exposureLines * lineTime);
+    // The box shows the camera's exposure even where it lies beyond the
+    // longest one the period allows: a limit restricts what the user
+    // enters, never what the camera is shown to hold.
+    const qint64 maximum = qMax(longest, value);
     // The range starts at the shortest exposure the camera takes (rounded
     // up), not at 0: a shorter time would split into fewer lines than the
     // camera accepts, the write would be refused, and the box would show a
@@ -408,7 +457,8 @@ void OrbCamConfigFrameABDialogPrivate::setUpDigitalGain()
     QtOrbGainSlider *gain = ui.spBoxDigitalGain;
     gain->setEnabled(param<OrbGenParam::Int>(coarseGainName) != nullptr
                      || param<OrbGenParam::Int>(fineGainName) != nullptr);
-    gain->setValidate(true);
+    gain->slider()->setValidate(true);
+    gain->spinBox()->setValidate(false);
     gain->setValidateTyping(false);
     gain->setRange(digitalGain(coarseMin, fineMin), digitalGain(coarseMax, fineMax));
     gain->setSingleStep(0.125);
@@ -419,19 +469,57 @@ void OrbCamConfigFrameABDialogPrivate::showDigitalGain()
 {
     QtOrbGainSlider *gain = ui.spBoxDigitalGain;
     QObject::disconnect(gain, nullptr, nullptr, nullptr);
-    gain->setValue(digitalGain(coarseGain, fineGain));
+    {
+        // The slider stands on its grid; it must not pull the box, which
+        // shows the camera's exact gain, onto it.
+        const QSignalBlocker quietSlider(gain->slider());
+        gain->setValue(digitalGain(coarseGain, fineGain));
+    }
     QObject::connect(gain, QOverload<double>::of(&QtOrbGainSlider::valueChanged), gain,
                      [this](double value) { gainSplit(value); });
 }
 
 void OrbCamConfigFrameABDialogPrivate::gainSplit(double gain)
 {
-    splitDigitalGain(gain, &coarseGain, &fineGain);
-    if (auto *coarse = param<OrbGenParam::Int>(coarseGainName))
+    auto *coarse = param<OrbGenParam::Int>(coarseGainName);
+    auto *fine = param<OrbGenParam::Int>(fineGainName);
+    const auto writable = [](OrbGenParam::Int *part) {
+        return !part || (part->IsAvailable() && part->IsWritable());
+    };
+    // As the mapper does: a gain that cannot be written now is no failure
+    // of the user's; the box goes back to what the camera holds.
+    if ((!coarse && !fine) || !writable(coarse) || !writable(fine)) {
+        readFrameValues();
+        showDigitalGain();
+        return;
+    }
+    qint64 newCoarse = 0, newFine = 0;
+    splitDigitalGain(gain, &newCoarse, &newFine);
+    const double written = digitalGain(newCoarse, newFine);
+    if (std::fabs(written - gain) > 1e-9) {
+        QtOrbGainSlider *box = ui.spBoxDigitalGain;
+        const QString text
+            = OrbCamConfigFrameABDialog::tr("The camera cannot take a digital gain of %1 exactly.\n"
+                                            "Write %2 instead?")
+                  .arg(QLocale::c().toString(gain, 'f', box->decimals()),
+                       QLocale::c().toString(written, 'f', box->decimals()));
+        QMessageBox ask(QMessageBox::Question, OrbCamConfigFrameABDialog::tr("Digital Gain"), text,
+                        QMessageBox::Yes | QMessageBox::No, q_ptr);
+        ask.setObjectName(QStringLiteral("gainQuestion"));
+        ask.setDefaultButton(QMessageBox::No);
+        if (ask.exec() != QMessageBox::Yes) {
+            showDigitalGain();
+            return;
+        }
+    }
+    coarseGain = newCoarse;
+    fineGain = newFine;
+    if (coarse)
         OrbCamConfigMapper::showErrorMessage(coarse->SetValue(coarseGain), ui.spBoxDigitalGain,
                                              coarse);
-    if (auto *fine = param<OrbGenParam::Int>(fineGainName))
+    if (fine)
         OrbCamConfigMapper::showErrorMessage(fine->SetValue(fineGain), ui.spBoxDigitalGain, fine);
+    showDigitalGain();
 }
 
 void OrbCamConfigFrameABDialogPrivate::OnParameterUpdate(OrbGenParam::Param *param)
@@ -446,6 +534,11 @@ void OrbCamConfigFrameABDialogPrivate::parameterChanged(const QString &name)
 {
     if (!device || !params)
         return;
+    if (name == QLatin1String(selectorName) || name == QLatin1String(frameModeName)) {
+        followCamera();
+        updateExposureTime();
+        return;
+    }
     const QByteArray key = name.toUtf8();
     if (auto *integer = params->GetInt(key.constData()); integer && integer->IsAvailable()) {
         if (name == QLatin1String(lineTimeName)) {

@@ -20,6 +20,8 @@
 #include <QTabWidget>
 #include <QTimer>
 
+#include <type_traits>
+
 namespace OrbGui {
 
 namespace {
@@ -44,6 +46,67 @@ long identity(long value)
     return value;
 }
 
+// A control without a feature shows nothing: a number or a choice left in
+// it from the form or an earlier camera would read as the camera's.
+void blank(QWidget *widget)
+{
+    if (!widget)
+        return;
+    if (auto *box = qobject_cast<QComboBox *>(widget)) {
+        const QSignalBlocker quiet(box);
+        box->clear();
+    } else if (auto *button = qobject_cast<QAbstractButton *>(widget)) {
+        const QSignalBlocker quiet(button);
+        if (button->isCheckable())
+            button->setChecked(false);
+    } else if (qobject_cast<QtOrbSpinBox *>(widget) || qobject_cast<QtOrbSliderSpinBox *>(widget)
+               || qobject_cast<QAbstractSpinBox *>(widget) || qobject_cast<QLineEdit *>(widget)) {
+        QList<QLineEdit *> edits = widget->findChildren<QLineEdit *>();
+        if (auto *edit = qobject_cast<QLineEdit *>(widget))
+            edits.append(edit);
+        // The text only: the spin box keeps its value and announces nothing.
+        for (QLineEdit *edit : edits) {
+            const QSignalBlocker quiet(edit);
+            edit->clear();
+        }
+    }
+}
+
+void blank(QButtonGroup *group)
+{
+    if (!group)
+        return;
+    const QSignalBlocker quiet(group);
+    const bool exclusive = group->exclusive();
+    group->setExclusive(false);
+    for (QAbstractButton *button : group->buttons()) {
+        const QSignalBlocker quietButton(button);
+        button->setChecked(false);
+    }
+    group->setExclusive(exclusive);
+}
+
+// The camera's value as it is, not moved onto the control's step grid: the
+// grid is for what the user enters.
+template <class Control> void showUnsnapped(Control *control, int value)
+{
+    if constexpr (std::is_same_v<Control,
+                                 QtOrbSpinBox> || std::is_same_v<Control, QtOrbSliderSpinBox>) {
+        const bool validating = control->validate();
+        control->setValidate(false);
+        control->setValue(value);
+        control->setValidate(validating);
+    } else {
+        control->setValue(value);
+    }
+}
+
+// What a binding holds: a radio group has no widget of its own.
+const void *controlOf(const OrbCamConfigMapData &data)
+{
+    return data.type == OrbCamConfigMapData::RadioGroup ? data.aux : data.widget;
+}
+
 } // namespace
 
 OrbCamConfigMapper::OrbCamConfigMapper()
@@ -61,8 +124,10 @@ bool OrbCamConfigMapper::begin(OrbGenParam::Param *param, QWidget *widget,
                                const OrbCamConfigMapData &main)
 {
     if (!param) {
-        if (widget)
+        if (widget) {
             widget->setEnabled(false);
+            blank(widget);
+        }
         for (QWidget *companion : companions)
             companion->setEnabled(false);
         return false;
@@ -79,7 +144,7 @@ bool OrbCamConfigMapper::begin(OrbGenParam::Param *param, QWidget *widget,
         companion->setEnabled(enabled);
     const QString name = nameOf(param);
     const auto it = controls.constFind(name);
-    if (it != controls.constEnd() && !it->isEmpty() && it->first().widget != widget)
+    if (it != controls.constEnd() && !it->isEmpty() && controlOf(it->first()) != controlOf(main))
         unmapControl(it->first());
     // Refreshes of the earlier binding that are still on their way would
     // reach the released control.
@@ -162,6 +227,7 @@ bool OrbCamConfigMapper::mapEnumParam(OrbGenParam::Enum *param, QButtonGroup *gr
     if (!param) {
         for (QAbstractButton *button : buttons)
             button->setEnabled(false);
+        blank(group);
         return false;
     }
     if (!begin(param, nullptr, {}, { OrbCamConfigMapData::RadioGroup, nullptr, group }))
@@ -289,8 +355,10 @@ void OrbCamConfigMapper::unmapParam(OrbGenParam::Param *param, QWidget *widget)
             m_handOff->invalidate();
         }
     }
-    if (widget)
+    if (widget) {
         widget->setEnabled(false);
+        blank(widget);
+    }
 }
 
 void OrbCamConfigMapper::unmapControl(const OrbCamConfigMapData &data)
@@ -300,12 +368,15 @@ void OrbCamConfigMapper::unmapControl(const OrbCamConfigMapData &data)
             disconnectAll(group);
             for (QAbstractButton *button : group->buttons())
                 button->setEnabled(false);
+            blank(group);
         }
         return;
     }
     if (data.widget) {
         data.widget->setEnabled(false);
         disconnectAll(data.widget);
+        if (data.type != OrbCamConfigMapData::Companion)
+            blank(data.widget);
     }
 }
 
@@ -343,6 +414,14 @@ void OrbCamConfigMapper::refreshAll()
         refresh(name);
 }
 
+bool OrbCamConfigMapper::isBound(const QWidget *widget) const
+{
+    for (const QVector<OrbCamConfigMapData> &bound : controls)
+        if (!bound.isEmpty() && bound.first().widget == widget)
+            return true;
+    return false;
+}
+
 bool OrbCamConfigMapper::controlsWritable(const QWidget *widget) const
 {
     for (auto it = controls.constBegin(); it != controls.constEnd(); ++it)
@@ -373,7 +452,7 @@ void OrbCamConfigMapper::refreshInt(OrbGenParam::Int *param, Control *control,
         = [](qint64 v) { return static_cast<int>(qBound<qint64>(INT_MIN, v, INT_MAX)); };
     control->setRange(narrow(minimum), narrow(maximum));
     control->setSingleStep(narrow(step));
-    control->setValue(narrow(value));
+    showUnsnapped(control, narrow(value));
 }
 
 void OrbCamConfigMapper::updateSpinBox(OrbGenParam::Int *param, QtOrbSpinBox *box)

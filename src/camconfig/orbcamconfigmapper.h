@@ -102,7 +102,9 @@ public:
     bool mapCommandParam(OrbGenParam::Command *param, QPushButton *button, QTimer *timer);
 
     // Removes the feature's binding (and stops listening to it); `widget` is
-    // disabled in every case.
+    // disabled and emptied in every case. A control left without a feature
+    // (a null parameter given to a binding, a control released) is disabled
+    // and shows no value.
     void unmapParam(OrbGenParam::Param *param, QWidget *widget);
     // Disables one control and disconnects its signals (a radio group: all
     // its buttons, and the group's signals).
@@ -111,6 +113,8 @@ public:
     void releaseAll();
     // Refreshes every bound control from its feature (GUI thread).
     void refreshAll();
+    // Whether `widget` is the main control of a bound feature.
+    bool isBound(const QWidget *widget) const;
     // Whether `widget` is the main control of a feature that can be written
     // now: dialog rules that enable controls act only on those.
     bool controlsWritable(const QWidget *widget) const;

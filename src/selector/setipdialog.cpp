@@ -1,5 +1,6 @@
 #include "setipdialog.h"
 
+#include "common/enterguard.h"
 #include "ui_setipdialog.h"
 #include "widgets/ip4validator.h"
 
@@ -12,6 +13,9 @@ SetIpDialog::SetIpDialog(QWidget *parent)
     , ui(new Ui_SetIpDialog)
 {
     ui->setupUi(this);
+    // An address is written to the camera only by a click on OK (or Enter
+    // on it): never by an Enter typed in a field that is still being edited.
+    commitOnlyOnEnter(this);
     // The card's set-up and the camera's MAC address are shown, not edited.
     for (QLineEdit *shown : { ui->nicMacLineEdit, ui->nicIpLineEdit, ui->nicSubnetMaskLineEdit,
                               ui->macAddressLineEdit }) {
