@@ -1,10 +1,15 @@
 /// \file
 /// QtOrbSpinBox: a 64-bit spin box (QtOrbSpinBoxVal64) with an optional label
 /// on the left or on top and a small button that pops up a QtOrbSlider beside
-/// it. Holding an arrow scrolls the number and commits on release; dragging
-/// the pop-up slider announces its value once, on release. The pop-up follows
-/// the value and closes when it loses the focus. GUI thread only; usable as a
-/// promoted widget.
+/// it. Holding an arrow scrolls the number and commits on release.
+///
+/// The pop-up slider opens beside the field, inside the screen, at least as
+/// long as resizeSlider() asks and long enough that a pixel is a sensible
+/// step (a range far longer than the slider moves on the logarithmic
+/// scale). What it moves is announced once, when the mouse is released or
+/// Enter is pressed, and the pop-up closes; Escape, a click elsewhere or a
+/// loss of focus close it and take the value back without announcing
+/// anything. GUI thread only; usable as a promoted widget.
 #ifndef ORBGUI_QTORBSPINBOX_H
 #define ORBGUI_QTORBSPINBOX_H
 

@@ -76,6 +76,9 @@ public:
     void disconnectDevice();
     void connectDevice();
     OrbCam::Device *chooseDevice();
+    OrbCam::Device *selectAndOpen(OrbCam::System *from);
+    bool selectedIsB() const;
+    void markColumn(bool b, bool current);
     QVector<Pane> panes() const;
     template <class P> P *param(const char *name) const;
     QVector<QLineEdit *> panelFields() const;
@@ -189,6 +192,8 @@ void OrbCamConfigPrivate::firstTime()
     for (const Pane &pane : panes()) {
         QPushButton *button = pane.button;
         OrbCamConfigDialog *dialog = pane.dialog;
+        // The buttons show icons only: the name says which dialog opens.
+        button->setToolTip(dialog->windowTitle());
         QObject::connect(button, &QPushButton::toggled, dialog, [dialog](bool on) {
             if (on)
                 dialog->show();
@@ -211,34 +216,42 @@ void OrbCamConfigPrivate::firstTime()
     QObject::connect(timer, &QTimer::timeout, q, [this] { tick(); });
 }
 
-OrbCam::Device *OrbCamConfigPrivate::chooseDevice()
+// Runs the camera selector on `from` and opens the camera chosen; null when
+// the user cancelled, chose nothing, or the camera cannot be opened (said in
+// a message).
+OrbCam::Device *OrbCamConfigPrivate::selectAndOpen(OrbCam::System *from)
 {
     Q_Q(OrbCamConfig);
-    if (!system)
-        system = OrbCam_GetSystem();
-    if (!system)
+    OrbCameraSelectorDialog selectorDialog(from, q, false);
+    selectorDialog.setWindowTitle(OrbCamConfig::tr("Select a device"));
+    if (selectorDialog.exec() != QDialog::Accepted)
         return nullptr;
-    OrbCam::Device *opened = nullptr;
-    {
-        OrbCameraSelectorDialog selectorDialog(system, q, false);
-        selectorDialog.setWindowTitle(OrbCamConfig::tr("Select a device"));
-        if (selectorDialog.exec() == QDialog::Accepted)
-            if (OrbCam::DeviceInfo *info = selectorDialog.selectedCamera()) {
-                OrbCamErr err = OrbCamOk;
-                opened = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0, &err);
-                if (!opened)
-                    QMessageBox::warning(q, OrbCamConfig::tr("Connect"),
-                                         OrbCamConfig::tr("Cannot open %1: %2")
-                                             .arg(QString::fromUtf8(info->GetID()),
-                                                  QString::fromUtf8(OrbCam_ErrorText(err))));
-            }
-    }
-    ownsDevice = opened != nullptr;
+    OrbCam::DeviceInfo *info = selectorDialog.selectedCamera();
+    if (!info)
+        return nullptr;
+    OrbCamErr err = OrbCamOk;
+    OrbCam::Device *opened = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0, &err);
+    if (!opened)
+        QMessageBox::warning(
+            q, OrbCamConfig::tr("Connect"),
+            OrbCamConfig::tr("Cannot open %1: %2")
+                .arg(QString::fromUtf8(info->GetID()), QString::fromUtf8(OrbCam_ErrorText(err))));
+    return opened;
+}
+
+OrbCam::Device *OrbCamConfigPrivate::chooseDevice()
+{
+    OrbCam::System *from = OrbCam_GetSystem();
+    if (!from)
+        return nullptr;
+    OrbCam::Device *opened = selectAndOpen(from);
     // Nothing chosen: the window holds nothing of the camera system.
     if (!opened) {
-        OrbCam_ReleaseSystem(system);
-        system = nullptr;
+        OrbCam_ReleaseSystem(from);
+        return nullptr;
     }
+    system = from;
+    ownsDevice = true;
     return opened;
 }
 
@@ -256,9 +269,11 @@ void OrbCamConfigPrivate::initialise(OrbCam::Device *newDevice)
     if (device) {
         OrbCamErr err = OrbCamOk;
         params = device->GetParams(&err);
+        // The connection event state is not reset here: on a return the
+        // tick has taken its event already, and a loss reported since must
+        // not be dropped. It is reset where the callbacks are unregistered.
         if (params && err == OrbCamOk) {
             fetchParameters();
-            connectionEvent = NoEvent;
         } else {
             params = nullptr;
         }
@@ -289,6 +304,9 @@ void OrbCamConfigPrivate::unregisterEvents()
     for (uint32_t event :
          { uint32_t(OrbCam::EventDeviceLost), uint32_t(OrbCam::EventDeviceReturned) })
         device->UnregisterEventCallback(event, &OrbCamConfigPrivate::onDeviceEvent, this);
+    // No callback of this device comes any more: what it left belongs to the
+    // connection that ends here.
+    connectionEvent = NoEvent;
 }
 
 void OrbCamConfigPrivate::fetchParameters()
@@ -369,10 +387,51 @@ void showIn(QLineEdit *field, const std::optional<QString> &text)
 
 } // namespace
 
+// Whether the camera's selector names frame B now. Read afresh: the panel
+// must not put one frame's readings under the other's heading because an
+// event about the selector is still on its way.
+bool OrbCamConfigPrivate::selectedIsB() const
+{
+    if (!selector)
+        return false;
+    OrbCamErr err = OrbCamOk;
+    const char *name = selector->GetValueName(&err);
+    return err == OrbCamOk && name && QString::fromUtf8(name) != frameA;
+}
+
+// A column whose frame is not selected on the camera cannot be read without
+// changing the selector behind the user's back: it keeps its last reading,
+// greyed and said to be not current.
+void OrbCamConfigPrivate::markColumn(bool b, bool current)
+{
+    const QString why = current ? QString()
+                                : OrbCamConfig::tr("Not current: the camera has frame %1 selected")
+                                      .arg(b ? QStringLiteral("A") : QStringLiteral("B"));
+    for (QLineEdit *field : b
+             ? QVector<QLineEdit *> { ui.lineEditSizeFrameB, ui.lineEditFpsFrameB,
+                                      ui.lineEditFtmFrameB, ui.lineEditExpFrameB }
+             : QVector<QLineEdit *> { ui.lineEditSizeFrameA, ui.lineEditFpsFrameA,
+                                      ui.lineEditFtmFrameA, ui.lineEditExpFrameA }) {
+        field->setEnabled(current);
+        field->setToolTip(why);
+    }
+}
+
+// Reads the selected frame's values into its own column only. The window
+// leaves the rule that reads whatever the selector names into a column
+// chosen by the frame mode: that put frame A's numbers under frame B's
+// heading. A column never shows another frame's values.
 void OrbCamConfigPrivate::refreshFrame(bool b)
 {
     if (!params)
         return;
+    if (b && !frameABSupport)
+        return;
+    if (frameABSupport && selectedIsB() != b) {
+        markColumn(b, false);
+        return;
+    }
+    markColumn(b, true);
     const std::optional<QString> width = number("Width");
     const std::optional<QString> height = number("Height");
     if (width || height)
@@ -397,8 +456,11 @@ void OrbCamConfigPrivate::showTemperature()
 
 void OrbCamConfigPrivate::clearPanel()
 {
-    for (QLineEdit *field : panelFields())
+    for (QLineEdit *field : panelFields()) {
         field->clear();
+        field->setEnabled(true);
+        field->setToolTip(QString());
+    }
 }
 
 void OrbCamConfigPrivate::tick()
@@ -423,17 +485,12 @@ void OrbCamConfigPrivate::tick()
     if (!params)
         return;
     showTemperature();
-    if (frameMode == 0) {
-        refreshFrame(false);
-    } else if (frameMode == 1) {
+    // Each column reads only while its frame is selected; the other one is
+    // marked as not current.
+    refreshBoth = false;
+    refreshFrame(false);
+    if (frameABSupport)
         refreshFrame(true);
-    } else if (refreshBoth) {
-        refreshBoth = false;
-        refreshFrame(false);
-        refreshFrame(true);
-    } else {
-        refreshFrame(selectorB);
-    }
 }
 
 void OrbCamConfigPrivate::updateStatusBar()
@@ -538,12 +595,21 @@ void OrbCamConfigPrivate::disconnectDevice()
     clearPanel();
 }
 
+// The selector runs first, while the window stays connected: only a camera
+// chosen and opened replaces the one the window has, and Cancel leaves
+// everything as it was.
 void OrbCamConfigPrivate::connectDevice()
 {
-    disconnectDevice();
-    OrbCam::Device *opened = chooseDevice();
-    if (!opened)
+    OrbCam::System *from = OrbCam_GetSystem();
+    if (!from)
         return;
+    OrbCam::Device *opened = selectAndOpen(from);
+    if (!opened) {
+        OrbCam_ReleaseSystem(from);
+        return;
+    }
+    disconnectDevice();
+    system = from;
     initialise(opened);
     dialogsTo(opened);
     ownsDevice = true;

@@ -61,6 +61,7 @@ void OrbCamConfigColorDialogPrivate::init(OrbCam::Device *newDevice)
                                   static_cast<QWidget *>(ui.cmBoxTrackingSpeed),
                                   static_cast<QWidget *>(ui.grBoxManualWBCoefs) })
             control->setEnabled(false);
+        showStatistics();
         return;
     }
     ui.grBoxManualWBCoefs->setEnabled(true);
@@ -84,7 +85,11 @@ void OrbCamConfigColorDialogPrivate::showStatistics()
 {
     for (const Coefficient &c : coefficients()) {
         OrbGenParam::Int *coefficient = param<OrbGenParam::Int>(c.feature);
-        if (coefficient && coefficient->IsReadable())
+        // No coefficient, no number: the form's placeholder is none of the
+        // camera's.
+        if (!coefficient)
+            c.statistic->clear();
+        else if (coefficient->IsReadable())
             c.statistic->setText(QString::number(coefficient->GetValue()));
     }
 }

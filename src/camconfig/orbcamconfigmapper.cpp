@@ -673,10 +673,14 @@ void OrbCamConfigMapper::showErrorMessage(OrbCamErr code, QWidget *parent,
     box.exec();
 }
 
+// The pop-up lies along the box's row: a vertical one long enough to be of
+// use covered the rows above it. The box's size is the least it takes; the
+// box makes it long enough for its range.
 void OrbCamConfigMapper::resizeVerticalSlider(QtOrbSpinBox *box)
 {
     if (!box)
         return;
+    box->setSliderOrientation(Qt::Horizontal);
     QSize size = box->size();
     if (!size.isValid())
         size = box->geometry().size();

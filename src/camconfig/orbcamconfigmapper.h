@@ -135,8 +135,8 @@ public:
     static void showErrorMessage(OrbCamErr code, QWidget *parent, OrbGenParam::Param *param);
     // The description of an error code, as the message shows it.
     static QString errorDescription(OrbCamErr code);
-    // Fits a spin box's vertical pop-up slider into the box (less its left
-    // label).
+    // Sizes a spin box's pop-up slider from the box (less its left label)
+    // and lays it along the box's row.
     static void resizeVerticalSlider(QtOrbSpinBox *box);
 
     // Run after every refresh that a change event brings, on the GUI thread:

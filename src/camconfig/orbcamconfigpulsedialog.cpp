@@ -20,6 +20,9 @@ public:
 
     Ui_OrbCamConfigPulseDialog ui;
     QButtonGroup *modes = nullptr;
+    // The form's shortcut: setText() replaces a button's shortcut by the
+    // text's mnemonic, so it is given back after every change of text.
+    QKeySequence startStop;
     bool prepared = false;
 };
 
@@ -29,6 +32,7 @@ void OrbCamConfigPulseDialogPrivate::prepare(OrbCamConfigPulseDialog *q)
     const QString micro = QStringLiteral(" [%1s]:").arg(QChar(0x03BC));
     for (QLabel *label : { ui.lblWidth, ui.lblDelay, ui.lblPeriod })
         label->setText(label->text() + micro);
+    startStop = ui.pushBtnPulseEnable->shortcut();
     modes = new QButtonGroup(q);
     modes->setObjectName(QStringLiteral("modeGroup"));
     modes->addButton(ui.radioBtnContinious);
@@ -67,9 +71,19 @@ void OrbCamConfigPulseDialogPrivate::init(OrbCam::Device *newDevice)
 
 void OrbCamConfigPulseDialogPrivate::derivedValues()
 {
+    // Nothing derived from a feature the camera lacks: a number computed
+    // from a box that shows nothing would look live.
+    if (!mapper.isBound(ui.spBoxPeriod)) {
+        ui.lineEditDelay->clear();
+        ui.lineEditFreq->clear();
+        return;
+    }
     const int period = ui.spBoxPeriod->value();
     const int width = ui.spBoxWidth->value();
-    ui.lineEditDelay->setText(QString::number(qint64(period) - width));
+    if (mapper.isBound(ui.spBoxWidth))
+        ui.lineEditDelay->setText(QString::number(qint64(period) - width));
+    else
+        ui.lineEditDelay->clear();
     const double frequency = std::fabs(double(period)) < 0.0000001 ? 0.0 : 1000000.0 / period;
     ui.lineEditFreq->setText(QString::number(frequency, 'f', 6));
 }
@@ -79,6 +93,7 @@ void OrbCamConfigPulseDialogPrivate::buttonState()
     const bool running = ui.pushBtnPulseEnable->isChecked();
     ui.pushBtnPulseEnable->setText(running ? OrbCamConfigPulseDialog::tr("Stop")
                                            : OrbCamConfigPulseDialog::tr("Start"));
+    ui.pushBtnPulseEnable->setShortcut(startStop);
     ui.lblPulseEnable->setPixmap(QPixmap(running ? QStringLiteral(":/icons/greenball.ico")
                                                  : QStringLiteral(":/icons/redball.ico")));
 }

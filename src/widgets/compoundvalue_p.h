@@ -40,6 +40,9 @@ public:
     {
         QObject::connect(slider, &Slider::sliderPressed, owner, [this] { unlink(); });
         QObject::connect(slider, &Slider::sliderReleased, owner, [this, slider, box] {
+            // A pop-up slider decides itself when its value is announced.
+            if (popUpOpen)
+                return;
             link();
             if (slider->value() == box->value())
                 announce();
@@ -67,11 +70,20 @@ public:
         caption(labelUpper, layoutV, "labelUpper")->setText(text);
     }
 
+    // While a pop-up slider is open its moves stay unannounced; the pop-up
+    // announces the value, or takes it back, when it closes.
+    bool popUpOpen = false;
     QWidget *owner = nullptr;
     QVBoxLayout *layoutV = nullptr;
     QHBoxLayout *layoutH = nullptr;
     QLabel *labelLeft = nullptr;
     QLabel *labelUpper = nullptr;
+
+    void link()
+    {
+        unlink(); // a release without a press must not link twice
+        links = makeLinks();
+    }
 
 protected:
     // The links from the number to the slider and to the public value
@@ -81,12 +93,6 @@ protected:
     virtual void announce() = 0;
 
 private:
-    void link()
-    {
-        unlink(); // a release without a press must not link twice
-        links = makeLinks();
-    }
-
     // A caption is made on first use, so a widget without one has no empty
     // label taking space: the left one goes first in the row, the top one
     // first in the column.

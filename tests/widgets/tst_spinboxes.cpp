@@ -7,6 +7,7 @@
 #include <OrbGui/qtorbspinboxval64.h>
 
 #include <QLabel>
+#include <QScreen>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QSlider>
@@ -43,6 +44,8 @@ private Q_SLOTS:
     void compoundReadOnlyHidesButton();
     void compoundPopupBesideButton_data();
     void compoundPopupBesideButton();
+    void compoundPopupKeys_data();
+    void compoundPopupKeys();
     void compoundPopupClosesOnFocusOut();
     void compoundPopupDragAnnouncesOnce();
     void compoundLabels();
@@ -309,42 +312,118 @@ void TestSpinBoxes::compoundReadOnlyHidesButton()
 void TestSpinBoxes::compoundPopupBesideButton_data()
 {
     QTest::addColumn<Qt::Orientation>("orientation");
-    QTest::newRow("horizontal") << Qt::Horizontal;
-    QTest::newRow("vertical") << Qt::Vertical;
+    QTest::addColumn<QPoint>("windowAt");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("shortest");
+    QTest::addColumn<bool>("logarithmic");
+    // The screen is 1280 x 1024 (Xvfb in the tests).
+    QTest::newRow("horizontal, short range")
+        << Qt::Horizontal << QPoint(200, 300) << 100 << 200 << false;
+    QTest::newRow("horizontal, a pixel a step")
+        << Qt::Horizontal << QPoint(200, 300) << 250 << 251 << false;
+    QTest::newRow("horizontal, long range on a log scale")
+        << Qt::Horizontal << QPoint(200, 300) << 65535 << 320 << true;
+    QTest::newRow("horizontal, at the right edge")
+        << Qt::Horizontal << QPoint(1100, 300) << 100 << 200 << false;
+    QTest::newRow("vertical") << Qt::Vertical << QPoint(200, 500) << 100 << 200 << false;
+    QTest::newRow("vertical, at the top edge")
+        << Qt::Vertical << QPoint(200, 0) << 100 << 200 << false;
 }
 
+// The pop-up opens beside its field, wholly on the screen, long enough to be
+// of use, with its groove and its range showing: it never covers the rows
+// above and below a horizontal field.
 void TestSpinBoxes::compoundPopupBesideButton()
 {
     QFETCH(Qt::Orientation, orientation);
+    QFETCH(QPoint, windowAt);
+    QFETCH(int, maximum);
+    QFETCH(int, shortest);
+    QFETCH(bool, logarithmic);
 
     QWidget window;
     auto *layout = new QVBoxLayout(&window);
     auto *box = new QtOrbSpinBox(orientation);
+    box->setRange(0, maximum);
+    // What a dialog asks for a box 97 by 49 pixels: too short to be of use.
+    box->resizeSlider(97, 49);
     layout->addWidget(box);
-    window.move(200, 300);
+    window.move(windowAt);
     window.show();
     window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&window));
 
     QtOrbSlider *slider = box->slider();
     QVERIFY(!slider->isVisible());
-    const QSize expectedSize = orientation == Qt::Horizontal ? QSize(100, 20) : QSize(20, 100);
-    QCOMPARE(slider->size(), expectedSize);
-
     QTest::mouseClick(box->toolButton(), Qt::LeftButton);
     QTRY_VERIFY(slider->isVisible());
-    const QPoint corner = box->toolButton()->mapToGlobal(QPoint(0, 0));
-    const QPoint expected = orientation == Qt::Horizontal
-        ? corner + QPoint(box->toolButton()->width(), 0)
-        : corner - QPoint(0, slider->height());
-    QTRY_COMPARE(slider->pos(), expected);
     QTRY_VERIFY(slider->slider()->hasFocus());
+    const QRect popUp = slider->frameGeometry();
+    const QRect screen = box->screen()->availableGeometry();
+    QVERIFY2(screen.contains(popUp), "the pop-up leaves the screen");
+    const QRect field(
+        box->spinBox()->mapToGlobal(QPoint(0, 0)),
+        QSize(box->spinBox()->width() + box->toolButton()->width(), box->spinBox()->height()));
+    QVERIFY2(!popUp.intersects(field), "the pop-up covers its own field");
+    const int length = orientation == Qt::Horizontal ? popUp.width() : popUp.height();
+    QVERIFY2(length >= shortest, qPrintable(QString::number(length)));
+    if (orientation == Qt::Horizontal) {
+        // Along the field's row: nothing above or below it is covered.
+        QVERIFY(popUp.top() >= field.top() - popUp.height());
+        QVERIFY(qAbs(popUp.center().y() - field.center().y()) <= 1);
+    }
+    // The groove is longer than the handle, and the range is shown.
+    QStyleOptionSlider option;
+    option.initFrom(slider->slider());
+    option.orientation = orientation;
+    option.minimum = slider->slider()->minimum();
+    option.maximum = slider->slider()->maximum();
+    const QRect handle = slider->slider()->style()->subControlRect(
+        QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider->slider());
+    const int grooveLength
+        = orientation == Qt::Horizontal ? slider->slider()->width() : slider->slider()->height();
+    const int handleLength = orientation == Qt::Horizontal ? handle.width() : handle.height();
+    QVERIFY2(grooveLength > 4 * handleLength, qPrintable(QString::number(grooveLength)));
+    QVERIFY(slider->minLabel()->isVisible() && slider->maxLabel()->isVisible());
+    QCOMPARE(slider->scaleType() == QtOrbSlider::Logarithmic, logarithmic);
+}
 
-    // Moving the pop-up's handle by keys changes the spin box.
+// Keys move the number but announce nothing until Enter; Escape takes the
+// value back and announces nothing.
+void TestSpinBoxes::compoundPopupKeys_data()
+{
+    QTest::addColumn<int>("closingKey");
+    QTest::addColumn<int>("expected");
+    QTest::addColumn<int>("announced");
+    QTest::newRow("Enter keeps") << int(Qt::Key_Return) << 12 << 1;
+    QTest::newRow("Escape takes back") << int(Qt::Key_Escape) << 10 << 0;
+}
+
+void TestSpinBoxes::compoundPopupKeys()
+{
+    QFETCH(int, closingKey);
+    QFETCH(int, expected);
+    QFETCH(int, announced);
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    auto *box = new QtOrbSpinBox(Qt::Horizontal);
+    box->setValue(10);
+    layout->addWidget(box);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
     QSignalSpy numbers(box, QOverload<int>::of(&QtOrbSpinBox::valueChanged));
-    QTest::keyClick(slider->slider(), Qt::Key_Up);
-    QCOMPARE(box->value(), 1);
-    QCOMPARE(numbers.count(), 1);
+    QTest::mouseClick(box->toolButton(), Qt::LeftButton);
+    QTRY_VERIFY(box->slider()->slider()->hasFocus());
+    QTest::keyClick(box->slider()->slider(), Qt::Key_Up);
+    QTest::keyClick(box->slider()->slider(), Qt::Key_Up);
+    QCOMPARE(box->value(), 12);
+    QCOMPARE(numbers.count(), 0);
+    QTest::keyClick(box->slider()->slider(), Qt::Key(closingKey));
+    QTRY_VERIFY(!box->slider()->isVisible());
+    QCOMPARE(box->value(), expected);
+    QCOMPARE(box->slider()->value(), expected);
+    QCOMPARE(numbers.count(), announced);
 }
 
 void TestSpinBoxes::compoundPopupClosesOnFocusOut()
@@ -359,8 +438,13 @@ void TestSpinBoxes::compoundPopupClosesOnFocusOut()
 
     QTest::mouseClick(box->toolButton(), Qt::LeftButton);
     QTRY_VERIFY(box->slider()->isVisible());
+    QSignalSpy numbers(box, QOverload<int>::of(&QtOrbSpinBox::valueChanged));
+    QTest::keyClick(box->slider()->slider(), Qt::Key_Up);
     box->slider()->slider()->clearFocus();
     QTRY_VERIFY(!box->slider()->isVisible());
+    // Leaving is no choice: the value goes back, nothing is announced.
+    QCOMPARE(box->value(), 0);
+    QCOMPARE(numbers.count(), 0);
 }
 
 void TestSpinBoxes::compoundPopupDragAnnouncesOnce()
@@ -394,6 +478,8 @@ void TestSpinBoxes::compoundPopupDragAnnouncesOnce()
     QCOMPARE(texts.count(), 0);
     QTest::mouseRelease(inner, Qt::LeftButton, Qt::NoModifier, start + QPoint(100, 0));
     QVERIFY(box->value() > 0);
+    // The release ends the pop-up.
+    QTRY_VERIFY(!box->slider()->isVisible());
     QCOMPARE(numbers.count(), 1);
     QCOMPARE(numbers.at(0).at(0).toInt(), box->value());
     QCOMPARE(texts.count(), 1);
