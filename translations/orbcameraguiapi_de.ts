@@ -836,6 +836,10 @@ Trigger</translation>
         <source>Disconnected</source>
         <translation>Getrennt</translation>
     </message>
+    <message>
+        <source>Not current: the camera has frame %1 selected</source>
+        <translation>Nicht aktuell: an der Kamera ist Frame %1 gewählt</translation>
+    </message>
 </context>
 <context>
     <name>OrbGui::OrbCamConfigFrameABDialog</name>
@@ -876,6 +880,32 @@ Zeilenzeit [pclk]:</translation>
     <message>
         <source>Black Level:</source>
         <translation>Schwarzwert:</translation>
+    </message>
+    <message>
+        <source>Lines:</source>
+        <translation>Zeilen:</translation>
+    </message>
+    <message>
+        <source>Clocks:</source>
+        <translation>Takte:</translation>
+    </message>
+    <message>
+        <source>Frames A:</source>
+        <translation>Frames A:</translation>
+    </message>
+    <message>
+        <source>Frames B:</source>
+        <translation>Frames B:</translation>
+    </message>
+    <message>
+        <source>The camera cannot take a digital gain of %1 exactly.
+Write %2 instead?</source>
+        <translation>Die Kamera kann die digitale Verstärkung %1 nicht genau einstellen.
+Stattdessen %2 schreiben?</translation>
+    </message>
+    <message>
+        <source>Digital Gain</source>
+        <translation>Digitale Verstärkung</translation>
     </message>
 </context>
 <context>

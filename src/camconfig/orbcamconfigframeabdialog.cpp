@@ -15,6 +15,7 @@
 #include <QTimer>
 
 #include <cmath>
+#include <utility>
 
 namespace OrbGui {
 
@@ -110,6 +111,7 @@ public:
     qint64 exposureLines = 0, exposureLinesMin = 0, exposureLinesMax = 0;
     qint64 exposureClocks = 0, exposureClocksMin = 0, exposureClocksMax = 0;
     qint64 coarseGain = 0, fineGain = 0;
+    bool gainDragged = false;
     OrbGenParam::Int *widthActual = nullptr;
     OrbGenParam::Int *heightActual = nullptr;
     QTimer *refreshTimer = nullptr;
@@ -141,10 +143,13 @@ void OrbCamConfigFrameABDialogPrivate::prepare()
     ui.spBoxNumberOfFrameAs->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Frames A:"));
     ui.spBoxNumberOfFrameBs->setLeftLabelText(OrbCamConfigFrameABDialog::tr("Frames B:"));
     // The gain is shown as the camera holds it (2^coarse * (1 + fine/64)
-    // needs six decimals); the slider moves on the 0.125 grid, every point
-    // of which the camera can represent, while a typed gain that it cannot
-    // is confirmed before it is written.
+    // needs six decimals), neither box nor slider snapped to a grid of
+    // their own. A dragged gain goes to the nearest the camera takes below
+    // it, where the handle stands; a typed one it cannot take is confirmed
+    // with the value that would be written.
     ui.spBoxDigitalGain->setDecimals(6);
+    QObject::connect(ui.spBoxDigitalGain->slider(), &QtOrbDoubleSlider::sliderPressed, q,
+                     [this] { gainDragged = true; });
     for (QLabel *label : { ui.lblWdrE1MicroSec, ui.lblWdrE2MicroSec, ui.lblWdrE3MicroSec })
         label->setText(unit);
     auto group = [q](std::initializer_list<QAbstractButton *> buttons) {
@@ -292,8 +297,10 @@ void OrbCamConfigFrameABDialogPrivate::init(OrbCam::Device *newDevice)
     for (QWidget *box :
          { static_cast<QWidget *>(ui.spBoxDualVideo), static_cast<QWidget *>(ui.spBoxFrameLineTime),
            static_cast<QWidget *>(ui.spBoxNumberOfFrameAs),
-           static_cast<QWidget *>(ui.spBoxNumberOfFrameBs) })
+           static_cast<QWidget *>(ui.spBoxNumberOfFrameBs) }) {
         box->setEnabled(false);
+        OrbCamConfigMapper::clearControl(box);
+    }
     // Opening the dialog writes nothing: the tab shown is the frame the
     // camera has selected, not one the frame mode would select.
     frameModeRule(false);
@@ -457,8 +464,7 @@ void OrbCamConfigFrameABDialogPrivate::setUpDigitalGain()
     QtOrbGainSlider *gain = ui.spBoxDigitalGain;
     gain->setEnabled(param<OrbGenParam::Int>(coarseGainName) != nullptr
                      || param<OrbGenParam::Int>(fineGainName) != nullptr);
-    gain->slider()->setValidate(true);
-    gain->spinBox()->setValidate(false);
+    gain->setValidate(false);
     gain->setValidateTyping(false);
     gain->setRange(digitalGain(coarseMin, fineMin), digitalGain(coarseMax, fineMax));
     gain->setSingleStep(0.125);
@@ -489,6 +495,7 @@ void OrbCamConfigFrameABDialogPrivate::gainSplit(double gain)
     // As the mapper does: a gain that cannot be written now is no failure
     // of the user's; the box goes back to what the camera holds.
     if ((!coarse && !fine) || !writable(coarse) || !writable(fine)) {
+        gainDragged = false;
         readFrameValues();
         showDigitalGain();
         return;
@@ -496,7 +503,8 @@ void OrbCamConfigFrameABDialogPrivate::gainSplit(double gain)
     qint64 newCoarse = 0, newFine = 0;
     splitDigitalGain(gain, &newCoarse, &newFine);
     const double written = digitalGain(newCoarse, newFine);
-    if (std::fabs(written - gain) > 1e-9) {
+    const bool dragged = std::exchange(gainDragged, false);
+    if (!dragged && std::fabs(written - gain) > 1e-9) {
         QtOrbGainSlider *box = ui.spBoxDigitalGain;
         const QString text
             = OrbCamConfigFrameABDialog::tr("The camera cannot take a digital gain of %1 exactly.\n"

@@ -59,15 +59,19 @@ void blank(QWidget *widget)
         const QSignalBlocker quiet(button);
         if (button->isCheckable())
             button->setChecked(false);
-    } else if (qobject_cast<QtOrbSpinBox *>(widget) || qobject_cast<QtOrbSliderSpinBox *>(widget)
-               || qobject_cast<QAbstractSpinBox *>(widget) || qobject_cast<QLineEdit *>(widget)) {
-        QList<QLineEdit *> edits = widget->findChildren<QLineEdit *>();
-        if (auto *edit = qobject_cast<QLineEdit *>(widget))
-            edits.append(edit);
-        // The text only: the spin box keeps its value and announces nothing.
-        for (QLineEdit *edit : edits) {
-            const QSignalBlocker quiet(edit);
-            edit->clear();
+    } else if (auto *edit = qobject_cast<QLineEdit *>(widget)) {
+        const QSignalBlocker quiet(edit);
+        edit->clear();
+    } else {
+        // The spin boxes of a compound control, or the control itself. A
+        // cleared spin box keeps its value, announces nothing and is not
+        // filled in again until it is given a value.
+        QList<QAbstractSpinBox *> boxes = widget->findChildren<QAbstractSpinBox *>();
+        if (auto *itself = qobject_cast<QAbstractSpinBox *>(widget))
+            boxes.append(itself);
+        for (QAbstractSpinBox *spin : boxes) {
+            const QSignalBlocker quiet(spin);
+            spin->clear();
         }
     }
 }
@@ -414,6 +418,11 @@ void OrbCamConfigMapper::refreshAll()
         refresh(name);
 }
 
+void OrbCamConfigMapper::clearControl(QWidget *widget)
+{
+    blank(widget);
+}
+
 bool OrbCamConfigMapper::isBound(const QWidget *widget) const
 {
     for (const QVector<OrbCamConfigMapData> &bound : controls)
@@ -583,7 +592,15 @@ void OrbCamConfigMapper::OnParameterUpdate(OrbGenParam::Param *param)
     // The name is read here, while the camera API keeps the parameter
     // alive; the GUI thread looks the binding up by name, as it stands then.
     const QString name = nameOf(param);
-    m_handOff->post([this, name] { refresh(name); });
+    m_handOff->post([this, name, param] {
+        // A control a dialog placed into the table itself (a line edit, a
+        // plain spin box or slider) has no binding that recorded its
+        // parameter: the event names it. Events from before an unbinding
+        // never come this far.
+        if (controls.contains(name) && !m_params.contains(name))
+            m_params.insert(name, param);
+        refresh(name);
+    });
 }
 
 void OrbCamConfigMapper::refresh(const QString &name)

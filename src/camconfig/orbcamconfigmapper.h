@@ -111,6 +111,9 @@ public:
     void unmapControl(const OrbCamConfigMapData &data);
     // Unbinds every feature, releases every control and empties the tables.
     void releaseAll();
+    // Empties a control that shows no feature (the text of a spin box, the
+    // entries of a combo box, the check of a button).
+    static void clearControl(QWidget *widget);
     // Refreshes every bound control from its feature (GUI thread).
     void refreshAll();
     // Whether `widget` is the main control of a bound feature.

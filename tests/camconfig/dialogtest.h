@@ -4,9 +4,12 @@
 
 #include "orbcam/orbcamtest.h"
 
+#include <GenApi/GenApi.h>
+
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QDialog>
+#include <QSet>
 #include <QtTest>
 
 using OrbCamTest::DeviceRef;
@@ -43,6 +46,44 @@ inline void pick(QComboBox *box, const QString &text)
     QTest::keyClick(list->viewport(), Qt::Key_Return);
     QTRY_VERIFY(!list->isVisible());
 }
+
+// The registers a camera was written at since the last look, whoever wrote
+// them through its devices.
+class WriteJournal {
+public:
+    explicit WriteJournal(OrbCam::Device *device)
+        : m_id(device->GetInfo()->GetID())
+    {
+        take();
+    }
+    // What writing the feature's own value writes, as the camera's
+    // description resolves it now (a command is executed).
+    QSet<qint64> writesOf(OrbGenParam::Array *params, const char *feature)
+    {
+        take();
+        GenApi::INode *node = params->GetNodeMap()->GetNode(feature);
+        if (GenApi::CCommandPtr command = node)
+            command->Execute();
+        else if (GenApi::CValuePtr value = node)
+            value->FromString(value->ToString());
+        else
+            qWarning("no feature %s", feature);
+        return take();
+    }
+    QSet<qint64> take()
+    {
+        std::vector<OrbCamSim::Write> writes;
+        if (OrbCamSim::TakeWrites(m_id, &writes) != OrbCamOk)
+            qWarning("no journal for %s", m_id.c_str());
+        QSet<qint64> addresses;
+        for (const OrbCamSim::Write &write : writes)
+            addresses.insert(write.address);
+        return addresses;
+    }
+
+private:
+    std::string m_id;
+};
 
 inline bool show(QDialog *dialog)
 {

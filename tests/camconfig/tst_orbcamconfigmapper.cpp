@@ -14,11 +14,15 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QIntValidator>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSlider>
+#include <QSpinBox>
 #include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTimer>
@@ -95,6 +99,9 @@ private Q_SLOTS:
     void comboBox();
     void checkBox();
     void radioGroup();
+    void secondRadioGroupReplacesTheFirst();
+    void handPlacedControlsFollow_data();
+    void handPlacedControlsFollow();
     void tabWidget();
     void booleanAndCommand();
     void failedWriteIsReported();
@@ -274,6 +281,77 @@ void tst_OrbCamConfigMapper::radioGroup()
     mode->UnregisterEventSink(&sink);
     QCOMPARE(mode->SetValue(0), OrbCamOk);
     QTRY_VERIFY(buttons[0]->isChecked());
+}
+
+// A second group bound to the same feature takes it over: the first one is
+// disabled and writes nothing any more.
+void tst_OrbCamConfigMapper::secondRadioGroupReplacesTheFirst()
+{
+    Camera camera;
+    OrbGenParam::Enum *mode = camera.enumeration("PulseGenMode");
+    QCOMPARE(mode->SetValue(0), OrbCamOk);
+    OrbCamConfigMapper mapper;
+    QWidget window;
+    QButtonGroup first, second;
+    QList<QRadioButton *> firsts, seconds;
+    for (int i = 0; i < 2; ++i) {
+        firsts << new QRadioButton(&window);
+        first.addButton(firsts.last());
+        seconds << new QRadioButton(&window);
+        second.addButton(seconds.last());
+    }
+    QVERIFY(mapper.mapEnumParam(mode, &first));
+    QVERIFY(mapper.mapEnumParam(mode, &second));
+    QVERIFY(!firsts[0]->isEnabled() && !firsts[1]->isEnabled());
+    QVERIFY(seconds[1]->isEnabled());
+    firsts[1]->setEnabled(true);
+    firsts[1]->click();
+    QCOMPARE(mode->GetValue(), int64_t(0));
+    seconds[1]->click();
+    QCOMPARE(mode->GetValue(), int64_t(1));
+    mapper.releaseAll();
+}
+
+void tst_OrbCamConfigMapper::handPlacedControlsFollow_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::newRow("line edit with a validator") << int(OrbCamConfigMapData::LineEdit);
+    QTest::newRow("spin box") << int(OrbCamConfigMapData::SpinBox);
+    QTest::newRow("slider") << int(OrbCamConfigMapData::Slider);
+}
+
+// Controls a dialog places into the table itself are refreshed by the
+// feature's change events like the bound ones.
+void tst_OrbCamConfigMapper::handPlacedControlsFollow()
+{
+    QFETCH(int, type);
+    Camera camera;
+    OrbGenParam::Int *delay = camera.integer("Strobe1Delay");
+    QCOMPARE(delay->SetValue(10), OrbCamOk);
+    QLineEdit edit;
+    auto *validator = new QIntValidator(&edit);
+    edit.setValidator(validator);
+    QSpinBox spin;
+    QSlider slider;
+    QWidget *control = type == OrbCamConfigMapData::LineEdit ? static_cast<QWidget *>(&edit)
+        : type == OrbCamConfigMapData::SpinBox               ? static_cast<QWidget *>(&spin)
+                                                             : static_cast<QWidget *>(&slider);
+    OrbCamConfigMapper mapper;
+    mapper.controls.insert(QStringLiteral("Strobe1Delay"), { { type, control, nullptr } });
+    delay->RegisterEventSink(&mapper);
+    QCOMPARE(delay->SetValue(1234), OrbCamOk);
+    const auto shown = [&]() -> qint64 {
+        if (type == OrbCamConfigMapData::LineEdit)
+            return edit.text().toLongLong();
+        return type == OrbCamConfigMapData::SpinBox ? spin.value() : slider.value();
+    };
+    QTRY_COMPARE(shown(), qint64(1234));
+    if (type == OrbCamConfigMapData::LineEdit)
+        QCOMPARE(qint64(validator->top()), delay->GetMax());
+    else
+        QCOMPARE(qint64(type == OrbCamConfigMapData::SpinBox ? spin.maximum() : slider.maximum()),
+                 delay->GetMax());
+    delay->UnregisterEventSink(&mapper);
 }
 
 void tst_OrbCamConfigMapper::tabWidget()

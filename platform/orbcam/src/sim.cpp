@@ -12,6 +12,7 @@
 #include <map>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 using namespace GenApi;
 using json = nlohmann::json;
@@ -433,12 +434,22 @@ void SimCamera::Write(const void *buffer, int64_t address, int64_t length)
         if ((f.mode & OrbCamSim::FailWrite) && f.range.overlaps(address, length))
             throw ACCESS_EXCEPTION("simulated write failure of feature '%s'", f.feature.c_str());
     m_memory.Write(buffer, address, length);
+    // Kept for TakeWrites, bounded: a camera nobody asks keeps its newest.
+    if (m_writes.size() >= 4096)
+        m_writes.erase(m_writes.begin(), m_writes.begin() + 2048);
+    m_writes.push_back(Range { address, length });
     if (m_trigger.overlaps(address, length))
         writeNumber(m_counter, readNumber(m_counter) + 1);
     // Commands finish at once: the device clears the command value.
     for (const Range &r : m_selfClearing)
         if (r.overlaps(address, length))
             writeNumber(r, 0);
+}
+
+std::vector<Range> SimCamera::takeWrites()
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    return std::exchange(m_writes, {});
 }
 
 OrbCamErr SimCamera::failFeature(const std::string &feature, uint32_t mode)

@@ -108,6 +108,7 @@ public:
     uint64_t mac() const { return m_mac; }
     uint32_t usbVersion() const { return 0x0320; }
     OrbCamErr failFeature(const std::string &feature, uint32_t mode);
+    std::vector<Range> takeWrites();
     void clearFailures();
 
     std::atomic<bool> present { true };
@@ -139,6 +140,7 @@ private:
         std::string feature;
     };
     std::vector<Failure> m_failures;
+    std::vector<Range> m_writes;
     std::unique_ptr<GenApi::CNodeMapRef> m_setupMap; // for resolving feature names
 };
 

@@ -202,6 +202,19 @@ OrbCamErr FailFeature(const std::string &deviceId, const std::string &feature, u
     });
 }
 
+OrbCamErr TakeWrites(const std::string &deviceId, std::vector<Write> *writes)
+{
+    return withCamera(deviceId, [writes](SimSystem &, SimCamera &camera) {
+        const std::vector<Range> taken = camera.takeWrites();
+        if (writes) {
+            writes->clear();
+            for (const Range &r : taken)
+                writes->push_back(Write { r.address, r.length });
+        }
+        return OrbCamOk;
+    });
+}
+
 OrbCamErr ClearFailures(const std::string &deviceId)
 {
     return withCamera(deviceId, [](SimSystem &, SimCamera &camera) {

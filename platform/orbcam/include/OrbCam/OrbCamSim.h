@@ -24,6 +24,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace OrbCamSim {
 
@@ -68,6 +69,19 @@ enum FailMode : uint32_t { FailRead = 1, FailWrite = 2, FailReadWrite = 3 };
 ORBCAM_API OrbCamErr FailFeature(const std::string &deviceId, const std::string &feature,
                                  uint32_t mode = FailReadWrite);
 ORBCAM_API OrbCamErr ClearFailures(const std::string &deviceId);
+
+/// One register write that reached a camera: its address and length.
+struct Write {
+    int64_t address;
+    int64_t length;
+};
+/// The register writes that reached the camera through any of its devices
+/// since the last call, in order, and forgets them: what a window wrote,
+/// for tests that check it wrote nothing else. The simulation's own changes
+/// (the trigger counter, a command clearing itself, a forced IP) are not
+/// listed; of writes nobody took, the newest few thousand are kept.
+/// OrbCamErrNoDevice for an unknown camera.
+ORBCAM_API OrbCamErr TakeWrites(const std::string &deviceId, std::vector<Write> *writes);
 
 /// The simulation clock (milliseconds) that drives temperature drift and
 /// frame timing. By default it follows the real clock; once set it stands
