@@ -271,7 +271,7 @@ void OrbCamConfigPrivate::initialise(OrbCam::Device *newDevice)
         params = device->GetParams(&err);
         // The connection event state is not reset here: on a return the
         // tick has taken its event already, and a loss reported since must
-        // not be dropped. It is reset where the callbacks are unregistered.
+        // not be dropped. It is reset when the window lets the device go.
         if (params && err == OrbCamOk) {
             fetchParameters();
         } else {
@@ -304,9 +304,6 @@ void OrbCamConfigPrivate::unregisterEvents()
     for (uint32_t event :
          { uint32_t(OrbCam::EventDeviceLost), uint32_t(OrbCam::EventDeviceReturned) })
         device->UnregisterEventCallback(event, &OrbCamConfigPrivate::onDeviceEvent, this);
-    // No callback of this device comes any more: what it left belongs to the
-    // connection that ends here.
-    connectionEvent = NoEvent;
 }
 
 void OrbCamConfigPrivate::fetchParameters()
@@ -576,6 +573,10 @@ void OrbCamConfigPrivate::dialogsTo(OrbCam::Device *forDialogs)
 void OrbCamConfigPrivate::letGo()
 {
     unregisterEvents();
+    // No callback of this device comes any more: an event it left belongs to
+    // the connection that ends here. (The same device again keeps its
+    // pending event: a loss not yet acted on must still be.)
+    connectionEvent = NoEvent;
     forgetParameters();
     dialogsTo(nullptr);
     if (ownsDevice && device)

@@ -31,9 +31,11 @@
 #include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTabWidget>
+#include <QThread>
 #include <QTreeView>
 #include <QtTest>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -191,6 +193,7 @@ private Q_SLOTS:
     void pulseShortcutKeepsWorking();
     void controlsWithoutFeatureAreEmpty();
     void connectCancelKeepsTheCamera();
+    void noLossIsDropped();
     void panelColumnsKeepTheirFrame_data();
     void panelColumnsKeepTheirFrame();
     void frameModes_data();
@@ -538,6 +541,45 @@ void tst_DialogsInUse::connectCancelKeepsTheCamera()
     // The dialogs still work on the camera.
     auto *trigger = child<QDialog>(&window, "OrbCamConfigTriggerDialog");
     QVERIFY(child<QCheckBox>(trigger, "chBoxTriggerEnable")->isEnabled());
+}
+
+namespace {
+std::atomic<int> lossesSeen { 0 };
+void countLoss(const void *, size_t, void *)
+{
+    ++lossesSeen;
+}
+} // namespace
+
+// A loss reported while the window initialises again with the same camera
+// (SetDevice with it, or the camera's return) is acted on, not dropped.
+void tst_DialogsInUse::noLossIsDropped()
+{
+    Camera camera;
+    const std::string id = camera.device.device->GetInfo()->GetID();
+    OrbCamConfig window(camera.device.device);
+    window.show();
+    auto *status = child<QLabel>(&window, "statusText");
+    QVERIFY(status->text() != QLatin1String("Disconnected"));
+    // Registered after the window's callback: once it has been called, so
+    // has the window's.
+    lossesSeen = 0;
+    QCOMPARE(
+        camera.device.device->RegisterEventCallback(OrbCam::EventDeviceLost, &countLoss, nullptr),
+        OrbCamOk);
+    QCOMPARE(OrbCamSim::LoseCamera(id), OrbCamOk);
+    // Without running the event loop: the window's tick must not take the
+    // loss before the set-up below.
+    QDeadlineTimer deadline(5000);
+    while (lossesSeen.load() == 0 && !deadline.hasExpired())
+        QThread::yieldCurrentThread();
+    QCOMPARE(lossesSeen.load(), 1);
+    window.SetDevice(camera.device.device);
+    QTRY_COMPARE_WITH_TIMEOUT(status->text(), QStringLiteral("Disconnected"), 3000);
+    QCOMPARE(child<QLineEdit>(&window, "lineEditSizeFrameA")->text(), QString());
+    camera.device.device->UnregisterEventCallback(OrbCam::EventDeviceLost, &countLoss, nullptr);
+    QCOMPARE(OrbCamSim::RegainCamera(id), OrbCamOk);
+    QTRY_COMPARE_WITH_TIMEOUT(status->text() != QLatin1String("Disconnected"), true, 3000);
 }
 
 void tst_DialogsInUse::panelColumnsKeepTheirFrame_data()

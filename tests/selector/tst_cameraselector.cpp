@@ -16,6 +16,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTimer>
 #include <QTreeView>
 #include <QtTest>
@@ -574,6 +575,23 @@ void tst_CameraSelector::ipDialogFields()
     // The validator refuses what is no address part.
     QTest::keyClicks(ip, QStringLiteral("9x"));
     QCOMPARE(ip->text(), QStringLiteral("192.168.1.77"));
+    // Enter in a field is no OK: the address is written only when OK is
+    // pressed; a focused OK takes Enter.
+    QSignalSpy accepted(&dialog, &QDialog::accepted);
+    for (const char *field :
+         { "ipAddressLineEdit", "subnetMaskLineEdit", "defaultGatewayLineEdit" }) {
+        auto *edit = dialog.findChild<QLineEdit *>(QString::fromLatin1(field));
+        edit->setFocus();
+        QTest::keyClick(edit, Qt::Key_Return);
+        QTest::keyClick(edit, Qt::Key_Enter, Qt::KeypadModifier);
+        QVERIFY2(dialog.isVisible(), field);
+    }
+    QCOMPARE(accepted.count(), 0);
+    auto *ok = dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+    QVERIFY(ok->isEnabled());
+    ok->setFocus();
+    QTest::keyClick(ok, Qt::Key_Return);
+    QCOMPARE(accepted.count(), 1);
 }
 
 QTEST_MAIN(tst_CameraSelector)
