@@ -1061,6 +1061,10 @@ Press OK to skip the IP Configuration, or press Ignore to confirm</source>
         <translation>Die angegebene IP-Konfiguration ist nicht korrekt, die Kamera ist danach möglicherweise nicht mehr auffindbar.
 OK überspringt die IP-Konfiguration, Ignorieren bestätigt sie.</translation>
     </message>
+    <message>
+        <source>The camera %1 is no longer there: nothing was written.</source>
+        <translation>Die Kamera %1 ist nicht mehr da: nichts wurde geschrieben.</translation>
+    </message>
 </context>
 <context>
     <name>OrbGui::OrbGenParamTreeView</name>
@@ -1191,6 +1195,70 @@ Trotzdem in diese Kamera laden?</translation>
     <message>
         <source>Subnet mask mismatch!</source>
         <translation>Subnetzmaske passt nicht!</translation>
+    </message>
+    <message>
+        <source>255.255.255.255 is the broadcast address of every network.</source>
+        <translation>255.255.255.255 ist die Broadcast-Adresse jedes Netzes.</translation>
+    </message>
+    <message>
+        <source>Addresses starting with 0 mean &quot;this network&quot;, not a host.</source>
+        <translation>Adressen, die mit 0 beginnen, bedeuten &quot;dieses Netz&quot;, keinen Rechner.</translation>
+    </message>
+    <message>
+        <source>Addresses starting with 127 are the loopback of each computer.</source>
+        <translation>Adressen, die mit 127 beginnen, sind das Loopback jedes Rechners.</translation>
+    </message>
+    <message>
+        <source>%1 is a multicast address.</source>
+        <translation>%1 ist eine Multicast-Adresse.</translation>
+    </message>
+    <message>
+        <source>%1 is in the reserved range 240.0.0.0 and above.</source>
+        <translation>%1 liegt im reservierten Bereich ab 240.0.0.0.</translation>
+    </message>
+    <message>
+        <source>%1 is the subnet&apos;s network address.</source>
+        <translation>%1 ist die Netzadresse des Subnetzes.</translation>
+    </message>
+    <message>
+        <source>%1 is the subnet&apos;s broadcast address.</source>
+        <translation>%1 ist die Broadcast-Adresse des Subnetzes.</translation>
+    </message>
+    <message>
+        <source>Enter the camera&apos;s IP address.</source>
+        <translation>Geben Sie die IP-Adresse der Kamera ein.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not an IP address: four numbers from 0 to 255 joined by dots.</source>
+        <translation>&quot;%1&quot; ist keine IP-Adresse: vier Zahlen von 0 bis 255, durch Punkte verbunden.</translation>
+    </message>
+    <message>
+        <source>Enter the camera&apos;s subnet mask.</source>
+        <translation>Geben Sie die Subnetzmaske der Kamera ein.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a subnet mask: ones from the left, then zeros (such as 255.255.255.0).</source>
+        <translation>&quot;%1&quot; ist keine Subnetzmaske: Einsen von links, dann Nullen (etwa 255.255.255.0).</translation>
+    </message>
+    <message>
+        <source>%1 is the network card&apos;s own address.</source>
+        <translation>%1 ist die eigene Adresse der Netzwerkkarte.</translation>
+    </message>
+    <message>
+        <source>%1 is already used by %2.</source>
+        <translation>%1 wird bereits von %2 verwendet.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a gateway address.</source>
+        <translation>&quot;%1&quot; ist keine Gateway-Adresse.</translation>
+    </message>
+    <message>
+        <source>The gateway cannot be the camera&apos;s own address.</source>
+        <translation>Das Gateway kann nicht die eigene Adresse der Kamera sein.</translation>
+    </message>
+    <message>
+        <source>The gateway %1 is outside the camera&apos;s subnet.</source>
+        <translation>Das Gateway %1 liegt außerhalb des Subnetzes der Kamera.</translation>
     </message>
 </context>
 <context>

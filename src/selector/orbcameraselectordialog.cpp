@@ -20,6 +20,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstring>
 #include <mutex>
 #include <thread>
 
@@ -420,13 +421,41 @@ void OrbCameraSelectorDialogPrivate::runForceIp()
                               OrbCameraSelectorDialog::tr("Can't set IP address"));
 }
 
+namespace {
+
+// What other cameras on the camera's card use, so that the dialog can refuse
+// an address that is taken.
+QHash<unsigned, QString> takenAddresses(OrbCam::DeviceInfo *camera)
+{
+    QHash<unsigned, QString> taken;
+    OrbCam::DeviceInfoList *list = camera->GetInterface()->GetDeviceInfoList();
+    if (!list)
+        return taken;
+    for (OrbCam::DeviceInfo *other = list->First(); other; other = list->Next()) {
+        if (other == camera || std::strcmp(other->GetID(), camera->GetID()) == 0)
+            continue;
+        int64_t address = 0;
+        if (SelectedCamera(other).read("GevDeviceIPAddress", &address) && address != 0)
+            taken.insert(
+                static_cast<unsigned>(address),
+                QStringLiteral("%1 (%2)").arg(utf8(other->GetDisplayName()), utf8(other->GetID())));
+    }
+    list->Release();
+    return taken;
+}
+
+} // namespace
+
+// The dialog runs its own event loop, in which polling may rebuild the
+// camera tree: nothing of the tree's rows is held across it, only the
+// camera's identifier, by which it is found again afterwards.
 bool OrbCameraSelectorDialogPrivate::forceIp()
 {
     Q_Q(OrbCameraSelectorDialog);
-    const QModelIndex current = ui.cameraTreeView->currentIndex();
-    auto *info = current.data(Qt::UserRole).value<OrbCam::DeviceInfo *>();
+    auto *info = ui.cameraTreeView->currentIndex().data(Qt::UserRole).value<OrbCam::DeviceInfo *>();
     if (!info || info->GetInterface()->GetType() != OrbCam::InterfaceGigEVision)
         return false;
+    const QString id = model->getItemID(ui.cameraTreeView->currentIndex());
     SetIpDialog dialog(q);
     dialog.setObjectName(QStringLiteral("SetIpDialog"));
     {
@@ -450,8 +479,19 @@ bool OrbCameraSelectorDialogPrivate::forceIp()
         dialog.setNetmask(static_cast<unsigned>(nicMask));
         dialog.setGateway(static_cast<unsigned>(gateway));
     }
+    dialog.setTakenAddresses(takenAddresses(info));
+    info = nullptr;
     if (dialog.exec() != QDialog::Accepted)
         return true;
+    const QModelIndex found = model->getItemIdx(id);
+    info = found.data(Qt::UserRole).value<OrbCam::DeviceInfo *>();
+    if (!info) {
+        QMessageBox::warning(q, OrbCameraSelectorDialog::tr("Set IP Address"),
+                             OrbCameraSelectorDialog::tr("The camera %1 is no longer there: "
+                                                         "nothing was written.")
+                                 .arg(id));
+        return true;
+    }
     if (!dialog.ipOk || !dialog.maskOk) {
         QMessageBox warning(QMessageBox::Critical,
                             OrbCameraSelectorDialog::tr("IP Configuration Warning"),
@@ -466,7 +506,7 @@ bool OrbCameraSelectorDialogPrivate::forceIp()
     }
     if (info->ForceIP(dialog.ipAddress(), dialog.Netmask(), dialog.Gateway()) != OrbCamOk)
         return false;
-    currentChanged(current);
+    currentChanged(ui.cameraTreeView->currentIndex());
     return true;
 }
 

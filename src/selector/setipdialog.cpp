@@ -4,7 +4,11 @@
 #include "ui_setipdialog.h"
 #include "widgets/ip4validator.h"
 
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QPushButton>
 #include <QShowEvent>
+#include <QVBoxLayout>
 
 namespace OrbGui {
 
@@ -23,11 +27,22 @@ SetIpDialog::SetIpDialog(QWidget *parent)
         palette.setBrush(QPalette::Base, palette.brush(QPalette::Disabled, QPalette::Base));
         shown->setPalette(palette);
     }
+    // No validator on what the user types: one drops the keystroke it
+    // does not like (999 became 99) or completes a half address, and the
+    // address written would not be the one typed. Whatever is typed stays
+    // as it is; the verdict says what is wrong with it and OK waits.
     for (QLineEdit *typed :
-         { ui->ipAddressLineEdit, ui->subnetMaskLineEdit, ui->defaultGatewayLineEdit })
-        typed->setValidator(new IP4Validator(typed));
-    connect(ui->ipAddressLineEdit, &QLineEdit::textChanged, this, &SetIpDialog::checkSubnet);
-    connect(ui->subnetMaskLineEdit, &QLineEdit::textChanged, this, &SetIpDialog::checkSubnet);
+         { ui->ipAddressLineEdit, ui->subnetMaskLineEdit, ui->defaultGatewayLineEdit }) {
+        typed->setMaxLength(31);
+        connect(typed, &QLineEdit::textChanged, this, &SetIpDialog::checkSubnet);
+    }
+    reason = new QLabel(this);
+    reason->setObjectName(QStringLiteral("ipReasonLabel"));
+    reason->setWordWrap(true);
+    reason->setStyleSheet(QStringLiteral("color: rgb(255, 0, 0);"));
+    ui->verticalLayout->insertWidget(ui->verticalLayout->count() - 1, reason);
+    reason->hide();
+    checkSubnet();
 }
 
 SetIpDialog::~SetIpDialog() = default;
@@ -84,16 +99,126 @@ void SetIpDialog::setMACLineEdit(QLineEdit *edit, unsigned long long mac)
     edit->setText(bytes.join(QLatin1Char(':')));
 }
 
+void SetIpDialog::setTakenAddresses(const QHash<unsigned, QString> &taken)
+{
+    takenAddresses = taken;
+    checkSubnet();
+}
+
+bool SetIpDialog::parseAddress(const QString &text, unsigned *address)
+{
+    const QStringList parts = text.split(QLatin1Char('.'));
+    if (parts.size() != 4)
+        return false;
+    unsigned value = 0;
+    for (const QString &part : parts) {
+        if (part.isEmpty() || part.size() > 3)
+            return false;
+        for (const QChar c : part)
+            if (c < QLatin1Char('0') || c > QLatin1Char('9'))
+                return false;
+        const unsigned byte = part.toUInt();
+        if (byte > 255)
+            return false;
+        value = (value << 8) | byte;
+    }
+    *address = value;
+    return true;
+}
+
+namespace {
+
+bool contiguous(unsigned mask)
+{
+    // Ones from the top, then zeros only.
+    return mask != 0 && ((~mask + 1u) & ~mask) == 0;
+}
+
+// Why the address cannot be a camera's on the subnet (mask), if it cannot.
+QString unusable(unsigned address, unsigned mask)
+{
+    const unsigned first = address >> 24;
+    if (address == 0xFFFFFFFFu)
+        return SetIpDialog::tr("255.255.255.255 is the broadcast address of every network.");
+    if (first == 0)
+        return SetIpDialog::tr("Addresses starting with 0 mean \"this network\", not a host.");
+    if (first == 127)
+        return SetIpDialog::tr("Addresses starting with 127 are the loopback of each computer.");
+    if (first >= 224 && first <= 239)
+        return SetIpDialog::tr("%1 is a multicast address.").arg(IP4Validator::getIpStr(address));
+    if (first >= 240)
+        return SetIpDialog::tr("%1 is in the reserved range 240.0.0.0 and above.")
+            .arg(IP4Validator::getIpStr(address));
+    // A subnet of one or two addresses has no network or broadcast address.
+    if (contiguous(mask) && ~mask > 1u) {
+        if ((address & ~mask) == 0)
+            return SetIpDialog::tr("%1 is the subnet's network address.")
+                .arg(IP4Validator::getIpStr(address));
+        if ((address & ~mask) == ~mask)
+            return SetIpDialog::tr("%1 is the subnet's broadcast address.")
+                .arg(IP4Validator::getIpStr(address));
+    }
+    return QString();
+}
+
+} // namespace
+
+// The verdict keeps the flags and texts of old where they apply (OK, a wrong
+// address, a subnet or mask mismatch, which the caller asks the user to
+// confirm), and refuses, with its reason, what would break the network: an
+// address that is no address, one another device already has, the card's
+// own, network, broadcast, loopback, multicast and reserved addresses, a
+// mask that is not one, a gateway outside the subnet. OK waits until it is
+// put right.
 void SetIpDialog::checkSubnet(const QString &)
 {
-    const unsigned camIp = IP4Validator::getIp(ui->ipAddressLineEdit->text());
-    const unsigned camMask = IP4Validator::getIp(ui->subnetMaskLineEdit->text());
+    const QString red = QStringLiteral("color: rgb(255, 0, 0);");
+    ipOk = maskOk = false;
+    QString refusal;
+    unsigned camIp = 0, camMask = 0, gateway = 0;
     const unsigned nicIp = IP4Validator::getIp(ui->nicIpLineEdit->text());
     const unsigned nicMask = IP4Validator::getIp(ui->nicSubnetMaskLineEdit->text());
+    const QString ipText = ui->ipAddressLineEdit->text().trimmed();
+    const QString maskText = ui->subnetMaskLineEdit->text().trimmed();
+    const QString gatewayText = ui->defaultGatewayLineEdit->text().trimmed();
+    const bool ipParsed = parseAddress(ipText, &camIp);
+    const bool maskParsed = parseAddress(maskText, &camMask);
+    if (ipText.isEmpty()) {
+        refusal = tr("Enter the camera's IP address.");
+    } else if (!ipParsed) {
+        refusal = tr("\"%1\" is not an IP address: four numbers from 0 to 255 joined by dots.")
+                      .arg(ipText);
+    } else if (maskText.isEmpty()) {
+        refusal = tr("Enter the camera's subnet mask.");
+    } else if (!maskParsed || !contiguous(camMask)) {
+        refusal = tr("\"%1\" is not a subnet mask: ones from the left, then zeros "
+                     "(such as 255.255.255.0).")
+                      .arg(maskText);
+    }
+    if (!ipParsed || !maskParsed) {
+        ui->ipStatusLabel->setText(refusal);
+        ui->ipStatusLabel->setStyleSheet(red);
+        showRefusal(QString(), true);
+        return;
+    }
     const bool sameSubnet = (camIp & camMask) == (nicIp & nicMask);
-    ipOk = camIp != nicIp && camIp >= 16777216u && sameSubnet;
     maskOk = camMask == nicMask;
-    const QString red = QStringLiteral("color: rgb(255, 0, 0);");
+    if (refusal.isEmpty()) {
+        refusal = unusable(camIp, camMask);
+        if (refusal.isEmpty() && camIp == nicIp)
+            refusal = tr("%1 is the network card's own address.").arg(ipText);
+        if (refusal.isEmpty() && takenAddresses.contains(camIp))
+            refusal = tr("%1 is already used by %2.").arg(ipText, takenAddresses.value(camIp));
+    }
+    ipOk = refusal.isEmpty() && camIp != nicIp && camIp >= 16777216u && sameSubnet;
+    if (refusal.isEmpty() && !gatewayText.isEmpty()) {
+        if (!parseAddress(gatewayText, &gateway))
+            refusal = tr("\"%1\" is not a gateway address.").arg(gatewayText);
+        else if (gateway != 0 && gateway == camIp)
+            refusal = tr("The gateway cannot be the camera's own address.");
+        else if (gateway != 0 && (gateway & camMask) != (camIp & camMask))
+            refusal = tr("The gateway %1 is outside the camera's subnet.").arg(gatewayText);
+    }
     if (ipOk && maskOk) {
         ui->ipStatusLabel->setText(tr("IP Configuration OK"));
         ui->ipStatusLabel->setStyleSheet(QStringLiteral("color: rgb(0, 192, 0);"));
@@ -105,6 +230,24 @@ void SetIpDialog::checkSubnet(const QString &)
         ui->ipStatusLabel->setText(tr("Subnet mask mismatch!"));
         ui->ipStatusLabel->setStyleSheet(red);
     }
+    showRefusal(refusal, !refusal.isEmpty());
+}
+
+void SetIpDialog::showRefusal(const QString &why, bool refused)
+{
+    reason->setText(why);
+    reason->setVisible(!why.isEmpty());
+    refusedNow = refused;
+    if (QPushButton *ok = ui->buttonBox->button(QDialogButtonBox::Ok))
+        ok->setEnabled(!refused);
+}
+
+void SetIpDialog::accept()
+{
+    // Enter on a disabled OK, or a call from code, must not pass it.
+    if (refusedNow)
+        return;
+    QDialog::accept();
 }
 
 void SetIpDialog::showEvent(QShowEvent *event)

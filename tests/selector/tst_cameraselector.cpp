@@ -113,6 +113,9 @@ private Q_SLOTS:
     void ipVerdicts_data();
     void ipVerdicts();
     void ipDialogFields();
+    void ipRefusals_data();
+    void ipRefusals();
+    void forceIpWhileTheTreeIsRebuilt();
 };
 
 void tst_CameraSelector::form()
@@ -458,25 +461,24 @@ void tst_CameraSelector::forceIpFailure()
     SystemRef sys;
     Selector s(sys.system);
     QVERIFY(s.ready());
-    s.choose(cameraId(sys, "GEV0", 1));
+    const QString id = cameraId(sys, "GEV0", 1);
+    s.choose(id);
     QString failure;
     onNextModal([&](QWidget *modal) {
-        // Address 0 is refused by the camera.
         modal->findChild<QLineEdit *>(QStringLiteral("ipAddressLineEdit"))
-            ->setText(QStringLiteral("0.0.0.0"));
-        onNextModal([&](QWidget *box) {
-            auto *warning = qobject_cast<QMessageBox *>(box);
-            onNextModal([&](QWidget *last) {
-                auto *message = qobject_cast<QMessageBox *>(last);
-                failure = message->windowTitle() + QLatin1Char('|') + message->text();
-                message->accept();
-            });
-            warning->button(QMessageBox::Ignore)->click();
+            ->setText(QStringLiteral("192.168.1.77"));
+        // The camera stops answering before OK: the write is refused.
+        QCOMPARE(OrbCamSim::LoseCamera(id.toStdString()), OrbCamOk);
+        onNextModal([&](QWidget *last) {
+            auto *message = qobject_cast<QMessageBox *>(last);
+            failure = message->windowTitle() + QLatin1Char('|') + message->text();
+            message->accept();
         });
         static_cast<QDialog *>(modal)->accept();
     });
     QTest::mouseClick(s.child<QPushButton>("setIpBtn"), Qt::LeftButton);
     QCOMPARE(failure, QStringLiteral("Set IP Address|Can't set IP address"));
+    QCOMPARE(OrbCamSim::RegainCamera(id.toStdString()), OrbCamOk);
     QVERIFY(s.pane("deviceInfoTreeView").contains(QStringLiteral("IP Address=10.0.0.7")));
 }
 
@@ -572,9 +574,12 @@ void tst_CameraSelector::ipDialogFields()
     QCOMPARE(ip->selectedText(), QStringLiteral("5"));
     QTest::keyClicks(ip, QStringLiteral("77"));
     QCOMPARE(dialog.ipAddress(), 0xC0A8014Du);
-    // The validator refuses what is no address part.
+    // What is no address stays as typed, and is refused.
     QTest::keyClicks(ip, QStringLiteral("9x"));
-    QCOMPARE(ip->text(), QStringLiteral("192.168.1.77"));
+    QCOMPARE(ip->text(), QStringLiteral("192.168.1.779x"));
+    QVERIFY(!dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->isEnabled());
+    QTest::keyClick(ip, Qt::Key_Backspace);
+    QTest::keyClick(ip, Qt::Key_Backspace);
     // Enter in a field is no OK: the address is written only when OK is
     // pressed; a focused OK takes Enter.
     QSignalSpy accepted(&dialog, &QDialog::accepted);
@@ -592,6 +597,129 @@ void tst_CameraSelector::ipDialogFields()
     ok->setFocus();
     QTest::keyClick(ok, Qt::Key_Return);
     QCOMPARE(accepted.count(), 1);
+}
+
+void tst_CameraSelector::ipRefusals_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("mask");
+    QTest::addColumn<QString>("gateway");
+    QTest::addColumn<bool>("okEnabled");
+    QTest::addColumn<QString>("status");
+    QTest::addColumn<QString>("reason");
+    const QString mask = QStringLiteral("255.255.255.0");
+    const QString none = QStringLiteral("0.0.0.0");
+    const QString good = QStringLiteral("IP Configuration OK");
+    const QString wrong = QStringLiteral("Incorrect IP address!");
+    const QString outside = QStringLiteral("Subnet IP mismatch!");
+    // The card is 192.168.1.10/24; another camera on it has 192.168.1.20.
+    QTest::newRow("free address") << "192.168.1.77" << mask << none << true << good << QString();
+    QTest::newRow("gateway in the subnet")
+        << "192.168.1.77" << mask << "192.168.1.1" << true << good << QString();
+    QTest::newRow("outside the subnet: asked, not refused")
+        << "10.0.0.8" << mask << none << true << outside << QString();
+    QTest::newRow("another camera's address")
+        << "192.168.1.20" << mask << none << false << wrong << "already used by";
+    QTest::newRow("the card's own address")
+        << "192.168.1.10" << mask << none << false << wrong << "own address";
+    QTest::newRow("broadcast of the subnet")
+        << "192.168.1.255" << mask << none << false << wrong << "broadcast address";
+    QTest::newRow("network of the subnet")
+        << "192.168.1.0" << mask << none << false << wrong << "network address";
+    QTest::newRow("this network") << "0.1.2.3" << mask << none << false << outside
+                                  << "this network";
+    QTest::newRow("loopback") << "127.0.0.1" << mask << none << false << outside << "loopback";
+    QTest::newRow("multicast") << "224.0.0.5" << mask << none << false << outside << "multicast";
+    QTest::newRow("reserved") << "250.1.1.1" << mask << none << false << outside << "reserved";
+    QTest::newRow("limited broadcast")
+        << "255.255.255.255" << mask << none << false << outside << "every network";
+    QTest::newRow("mask with a hole")
+        << "192.168.1.77"
+        << "255.0.255.0" << none << false << QString() << "not a subnet mask";
+    QTest::newRow("gateway outside the subnet")
+        << "192.168.1.77" << mask << "10.0.0.1" << false << good << "outside";
+    QTest::newRow("gateway is the camera")
+        << "192.168.1.77" << mask << "192.168.1.77" << false << good << "own address";
+    QTest::newRow("incomplete") << "192.168.1." << mask << none << false
+                                << "\"192.168.1.\" is not an IP address" << QString();
+    QTest::newRow("a number too big")
+        << "999.1.1.1" << mask << none << false << "is not an IP address" << QString();
+    QTest::newRow("letters") << "abc.def" << mask << none << false << "is not an IP address"
+                             << QString();
+    QTest::newRow("empty") << "" << mask << none << false << "Enter the camera's IP address."
+                           << QString();
+}
+
+// What would break the network is refused with its reason and OK waits;
+// what was typed stays as typed.
+void tst_CameraSelector::ipRefusals()
+{
+    QFETCH(QString, address);
+    QFETCH(QString, mask);
+    QFETCH(QString, gateway);
+    QFETCH(bool, okEnabled);
+    QFETCH(QString, status);
+    QFETCH(QString, reason);
+    SetIpDialog dialog;
+    dialog.setNicIPAddress(0xC0A8010A);
+    dialog.setNicNetmask(0xFFFFFF00);
+    dialog.setTakenAddresses({ { 0xC0A80114u, QStringLiteral("Line 1 (GEV0/C2-1001)") } });
+    dialog.setNetmask(0xFFFFFF00);
+    dialog.show();
+    dialog.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    const std::pair<const char *, QString> fields[] = { { "subnetMaskLineEdit", mask },
+                                                        { "defaultGatewayLineEdit", gateway },
+                                                        { "ipAddressLineEdit", address } };
+    for (const auto &[name, text] : fields) {
+        auto *edit = dialog.findChild<QLineEdit *>(QString::fromLatin1(name));
+        edit->setFocus();
+        edit->selectAll();
+        QTest::keyClick(edit, Qt::Key_Delete);
+        QTest::keyClicks(edit, text);
+        QCOMPARE(edit->text(), text);
+    }
+    QPushButton *ok = dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+    QCOMPARE(ok->isEnabled(), okEnabled);
+    const QString shown = dialog.findChild<QLabel *>(QStringLiteral("ipStatusLabel"))->text();
+    if (!status.isEmpty())
+        QVERIFY2(shown.contains(status), qPrintable(shown));
+    auto *why = dialog.findChild<QLabel *>(QStringLiteral("ipReasonLabel"));
+    if (reason.isEmpty())
+        QVERIFY2(why->isHidden() || why->text().isEmpty() || !okEnabled, qPrintable(why->text()));
+    else
+        QVERIFY2(why->isVisible() && why->text().contains(reason), qPrintable(why->text()));
+    QSignalSpy accepted(&dialog, &QDialog::accepted);
+    dialog.accept();
+    QCOMPARE(accepted.count(), okEnabled ? 1 : 0);
+}
+
+// The tree is rebuilt by polling while the IP dialog is open (another
+// camera comes): OK still writes the address to the camera chosen, and
+// nothing refers to the rows that were rebuilt.
+void tst_CameraSelector::forceIpWhileTheTreeIsRebuilt()
+{
+    SystemRef sys;
+    const QString id = cameraId(sys, "GEV0", 1);
+    Selector s(sys.system, true);
+    QVERIFY(s.ready());
+    s.choose(id);
+    onNextModal([](QWidget *modal) {
+        modal->findChild<QLineEdit *>(QStringLiteral("ipAddressLineEdit"))
+            ->setText(QStringLiteral("192.168.1.77"));
+        std::string added;
+        QCOMPARE(OrbCamSim::AddCamera("U3V0", "orbsim-m1300", "M1-9999", &added), OrbCamOk);
+        QVERIFY(OrbCamSim::RemoveCamera(added) == OrbCamOk);
+        QCOMPARE(OrbCamSim::AddCamera("U3V0", "orbsim-m1300", "M1-9998", &added), OrbCamOk);
+        // Two polling passes at least.
+        QTest::qWait(2500);
+        static_cast<QDialog *>(modal)->accept();
+    });
+    QTest::mouseClick(s.child<QPushButton>("setIpBtn"), Qt::LeftButton);
+    QTRY_COMPARE(sys.camera(id.toLatin1().constData())->GetAccessStatus(),
+                 uint32_t(OrbCam::AccessReadWrite));
+    QCOMPARE(s.currentId(), id);
+    QTRY_VERIFY(s.pane("deviceInfoTreeView").contains(QStringLiteral("IP Address=192.168.1.77")));
 }
 
 QTEST_MAIN(tst_CameraSelector)
