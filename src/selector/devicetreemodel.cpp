@@ -193,11 +193,11 @@ DeviceTreeModel::Key DeviceTreeModel::keyOf(const Interfaces &interfaces, const 
     Key key;
     for (OrbCam::Interface *iface : interfaces) {
         const QString id = fromAscii(iface->GetID());
-        std::vector<QString> ids;
+        std::vector<std::pair<QString, uint32_t>> ids;
         const auto it = devices.find(id);
         if (it != devices.end())
             for (OrbCam::DeviceInfo *info : it->second)
-                ids.push_back(fromAscii(info->GetID()));
+                ids.emplace_back(fromAscii(info->GetID()), info->GetAccessStatus());
         key.emplace_back(id, std::move(ids));
     }
     return key;
@@ -209,7 +209,7 @@ bool DeviceTreeModel::checkNew()
     Devices devices;
     getDevices(interfaces, devices);
     // Interfaces by identifier in order, then each one's cameras by
-    // identifier in order: another order is a change.
+    // identifier and access status in order: another order is a change.
     Key key = keyOf(interfaces, devices);
     std::lock_guard<std::mutex> lock(m_freshMutex);
     if (key == m_displayedKey)

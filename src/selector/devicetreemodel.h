@@ -129,7 +129,10 @@ public:
     void endInsert();
 
 private:
-    using Key = std::vector<std::pair<QString, std::vector<QString>>>;
+    // Each interface by identifier, with its cameras in order, each by
+    // identifier and access status: a camera taken by another application
+    // changes what the selector may offer as much as a new one.
+    using Key = std::vector<std::pair<QString, std::vector<std::pair<QString, uint32_t>>>>;
     static Key keyOf(const Interfaces &interfaces, const Devices &devices);
     DeviceTreeNode *nodeOf(const QModelIndex &index) const;
     void rebuild();

@@ -116,6 +116,7 @@ private Q_SLOTS:
     void ipRefusals_data();
     void ipRefusals();
     void forceIpWhileTheTreeIsRebuilt();
+    void pollingFollowsAccessStatus();
 };
 
 void tst_CameraSelector::form()
@@ -720,6 +721,25 @@ void tst_CameraSelector::forceIpWhileTheTreeIsRebuilt()
                  uint32_t(OrbCam::AccessReadWrite));
     QCOMPARE(s.currentId(), id);
     QTRY_VERIFY(s.pane("deviceInfoTreeView").contains(QStringLiteral("IP Address=192.168.1.77")));
+}
+
+// A camera listed as free is taken by another application while the
+// selector polls: OK is withdrawn and the pane says why, and it comes back
+// when the camera is free again.
+void tst_CameraSelector::pollingFollowsAccessStatus()
+{
+    SystemRef sys;
+    const QString id = cameraId(sys, "GEV0", 0);
+    Selector s(sys.system, true);
+    QVERIFY(s.ready());
+    s.choose(id);
+    QVERIFY(s.ok()->isEnabled());
+    QCOMPARE(OrbCamSim::SetAccessStatus(id.toStdString(), OrbCam::AccessNone), OrbCamOk);
+    QTRY_VERIFY_WITH_TIMEOUT(!s.ok()->isEnabled(), 3000);
+    QCOMPARE(s.currentId(), id);
+    QVERIFY(s.pane("deviceInfoTreeView").contains(QStringLiteral("Access status=NO ACCESS")));
+    QCOMPARE(OrbCamSim::SetAccessStatus(id.toStdString(), 0), OrbCamOk);
+    QTRY_VERIFY_WITH_TIMEOUT(s.ok()->isEnabled(), 3000);
 }
 
 QTEST_MAIN(tst_CameraSelector)

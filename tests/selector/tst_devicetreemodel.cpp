@@ -44,6 +44,8 @@ private Q_SLOTS:
     void rolesAndIdentifiers();
     void emptySystem();
     void changesAreFoundAndShown();
+    void otherChanges_data();
+    void otherChanges();
     void rescanShowsAtOnce();
     void pollingBesideTheGuiThread();
 };
@@ -137,6 +139,49 @@ void tst_DeviceTreeModel::changesAreFoundAndShown()
     model.updateModel();
     QCOMPARE(rows(model), before);
     QVERIFY(!model.getItemIdx(QString::fromStdString(id)).isValid());
+}
+
+void tst_DeviceTreeModel::otherChanges_data()
+{
+    QTest::addColumn<QString>("change");
+    QTest::newRow("cameras in another order") << "order";
+    QTest::newRow("a camera taken by another application") << "taken";
+    QTest::newRow("a camera that cannot be opened at all") << "none";
+}
+
+// Not only a camera that comes or goes is a change: another order, or another
+// access status of a camera listed, changes what the selector shows and
+// offers.
+void tst_DeviceTreeModel::otherChanges()
+{
+    QFETCH(QString, change);
+    SystemRef sys;
+    std::string second;
+    QCOMPARE(OrbCamSim::AddCamera("GEV0", "orbsim-c2000", "C2-5000", &second), OrbCamOk);
+    DeviceTreeModel model(sys.system);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const QStringList before = rows(model);
+    QVERIFY(!model.checkNew());
+    if (change == QLatin1String("order"))
+        QCOMPARE(OrbCamSim::MoveCamera(second, 0), OrbCamOk);
+    else
+        QCOMPARE(OrbCamSim::SetAccessStatus(second,
+                                            change == QLatin1String("taken")
+                                                ? OrbCam::AccessReadOnly
+                                                : OrbCam::AccessNone),
+                 OrbCamOk);
+    QVERIFY(model.checkNew());
+    model.updateModel();
+    QVERIFY(!model.checkNew());
+    const QModelIndex moved = model.getItemIdx(QString::fromStdString(second));
+    QVERIFY(moved.isValid());
+    if (change == QLatin1String("order")) {
+        QCOMPARE(moved.row(), 0);
+        QVERIFY(rows(model) != before);
+    } else {
+        auto *info = moved.data(Qt::UserRole).value<OrbCam::DeviceInfo *>();
+        QVERIFY(info->GetAccessStatus() != OrbCam::AccessReadWrite);
+    }
 }
 
 void tst_DeviceTreeModel::rescanShowsAtOnce()

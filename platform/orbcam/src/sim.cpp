@@ -530,6 +530,20 @@ SimCamera *SimInterface::addCamera(const CameraConfig &config)
     return m_cameras.back().get();
 }
 
+void SimInterface::moveCamera(const SimCamera *camera, size_t position)
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    const auto it = std::find_if(m_cameras.begin(), m_cameras.end(),
+                                 [camera](const auto &c) { return c.get() == camera; });
+    if (it == m_cameras.end())
+        return;
+    std::shared_ptr<SimCamera> moved = *it;
+    m_cameras.erase(it);
+    m_cameras.insert(m_cameras.begin()
+                         + static_cast<std::ptrdiff_t>(std::min(position, m_cameras.size())),
+                     std::move(moved));
+}
+
 size_t SimInterface::cameraCount() const
 {
     std::lock_guard<std::recursive_mutex> lock(m_mutex);

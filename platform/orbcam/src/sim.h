@@ -156,6 +156,7 @@ public:
     uint32_t mask() const { return m_host.mask; }
     uint32_t indexOf(const SimCamera *camera) const;
     SimCamera *addCamera(const CameraConfig &config);
+    void moveCamera(const SimCamera *camera, size_t position);
     size_t cameraCount() const;
     SimCamera *find(const std::string &id) const;
     std::shared_ptr<SimCamera> share(const SimCamera *camera) const;

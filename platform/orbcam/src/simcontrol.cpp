@@ -171,6 +171,14 @@ OrbCamErr RemoveCamera(const std::string &deviceId)
     });
 }
 
+OrbCamErr MoveCamera(const std::string &deviceId, size_t position)
+{
+    return withCamera(deviceId, [position](SimSystem &, SimCamera &camera) {
+        static_cast<SimInterface *>(camera.GetInterface())->moveCamera(&camera, position);
+        return OrbCamOk;
+    });
+}
+
 OrbCamErr LoseCamera(const std::string &deviceId)
 {
     return withCamera(deviceId, [](SimSystem &system, SimCamera &camera) {

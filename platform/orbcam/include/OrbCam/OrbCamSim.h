@@ -47,6 +47,11 @@ ORBCAM_API OrbCamErr AddCamera(const std::string &interfaceId, const std::string
 /// The camera disappears from its interface (its DeviceInfo stays valid and
 /// reports AccessNone; an open Device loses it, event 1004).
 ORBCAM_API OrbCamErr RemoveCamera(const std::string &deviceId);
+/// Moves the camera to `position` (0 first) in its interface's order, as a
+/// network switch answering in another order does; the next
+/// UpdateDeviceList finds the cameras in the new order. A position past the
+/// end moves it to the end.
+ORBCAM_API OrbCamErr MoveCamera(const std::string &deviceId, size_t position);
 /// The camera stops answering (event 1004 to open devices) and comes back
 /// (event 1003). While lost every access fails with OrbCamErrNoDevice (and in
 /// GenApi with an AccessException naming the camera).
