@@ -84,18 +84,86 @@ OrbCam::DeviceInfo *findCamera(OrbCam::System *system, const QString &id)
     return nullptr;
 }
 
+QString ipText(int64_t address)
+{
+    return QStringLiteral("%1.%2.%3.%4")
+        .arg((address >> 24) & 0xFF)
+        .arg((address >> 16) & 0xFF)
+        .arg((address >> 8) & 0xFF)
+        .arg(address & 0xFF);
+}
+
+// Why a camera that is listed cannot be opened, in words that say what to
+// do about it.
+QString whyNotOpened(OrbCam::DeviceInfo *info, OrbCamErr err)
+{
+    const QString id = QString::fromUtf8(info->GetID());
+    switch (info->GetAccessStatus()) {
+    case OrbCam::AccessIPSubnetMismatch: {
+        int64_t camera = 0, card = 0, mask = 0;
+        OrbCam::Interface *iface = info->GetInterface();
+        iface->Lock();
+        if (OrbGenParam::Array *params = iface->GetParams()) {
+            auto read = [params](const char *name, int64_t *value) {
+                OrbGenParam::Int *p = params->GetInt(name);
+                OrbCamErr e = OrbCamOk;
+                if (p)
+                    *value = p->GetValue(&e);
+                return p && e == OrbCamOk;
+            };
+            OrbGenParam::Int *selector = params->GetInt("DeviceSelector");
+            if (selector && selector->SetValue(info->GetIndex()) == OrbCamOk)
+                read("GevDeviceIPAddress", &camera);
+            read("GevInterfaceSubnetIPAddress", &card);
+            read("GevInterfaceSubnetMask", &mask);
+        }
+        iface->Unlock();
+        return QStringLiteral("camera %1 has the address %2, outside the subnet of its network "
+                              "card (%3/%4), and cannot be opened until it has an address in "
+                              "that subnet: give it one with Set IP Address in the camera "
+                              "selector (orbcam-demo select, or orbcam-demo config without "
+                              "--camera)")
+            .arg(id, ipText(camera), ipText(card), ipText(mask));
+    }
+    case OrbCam::AccessReadOnly:
+    case OrbCam::AccessNone:
+        return QStringLiteral("camera %1 is in use by another application; close it there, or "
+                              "choose another camera (orbcam-ls lists them)")
+            .arg(id);
+    default:
+        return QStringLiteral("cannot open camera %1: %2")
+            .arg(id, QString::fromUtf8(OrbCam_ErrorText(err)));
+    }
+}
+
 // The simulated system and, when it can be opened, the camera the options
-// name (or the first one); both are released at the end of the scope.
+// name (or the first one); both are released at the end of the scope. When
+// there is no camera, `why` says why.
 struct OpenCamera {
     explicit OpenCamera(const QCommandLineParser &options)
     {
         system = OrbCam_GetSystem(&err);
         if (!system) {
-            std::fprintf(stderr, "orbcam-demo: no camera system: %s\n", OrbCam_ErrorText(err));
+            why = QStringLiteral("no camera system: %1")
+                      .arg(QString::fromUtf8(OrbCam_ErrorText(err)));
             return;
         }
-        if (OrbCam::DeviceInfo *info = findCamera(system, options.value(QStringLiteral("camera"))))
-            device = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0, &err);
+        const QString id = options.value(QStringLiteral("camera"));
+        OrbCam::DeviceInfo *info = findCamera(system, id);
+        if (!info) {
+            why = id.isEmpty() ? QStringLiteral("no camera that can be opened")
+                               : QStringLiteral("no camera %1; orbcam-ls lists them").arg(id);
+            return;
+        }
+        device = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0, &err);
+        if (!device)
+            why = whyNotOpened(info, err);
+    }
+    // Says why there is no camera (one line on stderr) and returns false.
+    bool complain() const
+    {
+        std::fprintf(stderr, "orbcam-demo: %s\n", qPrintable(why));
+        return false;
     }
     ~OpenCamera()
     {
@@ -110,6 +178,7 @@ struct OpenCamera {
     OrbCamErr err = OrbCamOk;
     OrbCam::System *system = nullptr;
     OrbCam::Device *device = nullptr;
+    QString why;
 };
 
 int tree(QApplication &app, const QCommandLineParser &options)
@@ -142,16 +211,17 @@ int tree(QApplication &app, const QCommandLineParser &options)
             std::fprintf(stderr, "orbcam-demo: no camera system: %s\n", OrbCam_ErrorText(err));
             return 2;
         }
-        OrbCam::DeviceInfo *info = findCamera(system, options.value(QStringLiteral("camera")));
+        const QString id = options.value(QStringLiteral("camera"));
+        OrbCam::DeviceInfo *info = findCamera(system, id);
         if (!info) {
-            std::fprintf(stderr, "orbcam-demo: no such camera; orbcam-ls lists them\n");
+            std::fprintf(stderr, "orbcam-demo: no camera %s; orbcam-ls lists them\n",
+                         qPrintable(id));
             OrbCam_ReleaseSystem(system);
             return 2;
         }
         device = OrbCam_CreateDevice(info, OrbCam::AccessControl, 0, &err);
         if (!device) {
-            std::fprintf(stderr, "orbcam-demo: cannot open %s: %s\n", info->GetID(),
-                         OrbCam_ErrorText(err));
+            std::fprintf(stderr, "orbcam-demo: %s\n", qPrintable(whyNotOpened(info, err)));
             OrbCam_ReleaseSystem(system);
             return 2;
         }
@@ -266,10 +336,15 @@ int widgets(QApplication &app, const QCommandLineParser &options)
 {
     const OpenCamera camera(options);
     if (!camera.system)
-        return 2;
+        return camera.complain(), 2;
     OrbCam::Device *device = camera.device;
+    // A camera asked for by name is one the user wants bound: without it
+    // the door says why and ends, rather than show widgets bound to nothing.
+    if (!device && options.isSet(QStringLiteral("camera")))
+        return camera.complain(), 2;
     if (!device)
-        std::fprintf(stderr, "orbcam-demo: no camera to bind; the widgets run on their own\n");
+        std::fprintf(stderr, "orbcam-demo: %s; the widgets run on their own\n",
+                     qPrintable(camera.why));
     GenApi::INodeMap *map = device ? device->GetParams()->GetNodeMap() : nullptr;
     int result = 0;
     {
@@ -359,8 +434,7 @@ int dialog(QApplication &app, const QCommandLineParser &options)
     }
     const OpenCamera camera(options);
     if (!camera.device) {
-        if (camera.system)
-            std::fprintf(stderr, "orbcam-demo: no such camera\n");
+        camera.complain();
         return 2;
     }
     OrbCam::Device *device = camera.device;
@@ -397,8 +471,7 @@ int config(QApplication &app, const QCommandLineParser &options)
     if (options.isSet(QStringLiteral("camera")) || !screenshot.isEmpty()) {
         camera = std::make_unique<OpenCamera>(options);
         if (!camera->device) {
-            if (camera->system)
-                std::fprintf(stderr, "orbcam-demo: no such camera\n");
+            camera->complain();
             return 2;
         }
     }

@@ -91,11 +91,24 @@ void tst_OrbCamDemo::badArguments_data()
     QTest::newRow("unknown camera")
         << QStringList { QStringLiteral("tree"), QStringLiteral("--camera"),
                          QStringLiteral("NOPE") }
-        << "no such camera";
+        << "no camera NOPE; orbcam-ls lists them";
     QTest::newRow("configuration window, unknown camera")
         << QStringList { QStringLiteral("config"), QStringLiteral("--camera"),
                          QStringLiteral("NOPE") }
-        << "no such camera";
+        << "no camera NOPE; orbcam-ls lists them";
+    // The default set-up's second GigE Vision camera is outside its card's
+    // subnet: listed, but not to be opened before it has another address.
+    const QString outside = QStringLiteral("outside the subnet of its network card "
+                                           "(192.168.1.10/255.255.255.0)");
+    for (const char *door : { "config", "tree", "widgets" })
+        QTest::addRow("%s, camera outside the card's subnet", door)
+            << QStringList { QString::fromLatin1(door), QStringLiteral("--camera"),
+                             QStringLiteral("GEV0/C2-1002") }
+            << outside;
+    QTest::newRow("dialog, camera outside the card's subnet")
+        << QStringList { QStringLiteral("dialog"), QStringLiteral("trigger"),
+                         QStringLiteral("--camera"), QStringLiteral("GEV0/C2-1002") }
+        << outside;
     QTest::newRow("unreadable description")
         << QStringList { QStringLiteral("tree"), QStringLiteral("--xml"),
                          QStringLiteral("/nonexistent.xml") }
