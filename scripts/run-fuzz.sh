@@ -8,7 +8,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-60}
 shift || true
-all=(genapi-formula genapi-loader genparam-model treeview-state validators sim-config)
+all=(genapi-formula genapi-loader genparam-model treeview-state validators sim-config gvcp)
 targets=("${@:-${all[@]}}")
 
 scripts/setup.sh clang libclang-rt-14-dev
@@ -44,6 +44,13 @@ seed() { # seed TARGET: fills an empty corpus with the inputs the target starts 
     sim-config)
         printf '%s' '{"interfaces":[{"id":"GEV0","type":"GigEVision","ip":"192.168.1.10","mask":"255.255.255.0","mac":"00:0C:29:00:00:01","cameras":[{"model":"orbsim-c2000","serial":"C2-1","ip":"192.168.1.20","userName":"Line 1"}]},{"id":"U3V0","type":"USB3Vision","cameras":[{"model":"orbsim-m1300"}]}]}' >"$dir/two"
         printf '%s' '{"interfaces":[]}' >"$dir/none" ;;
+    gvcp)
+        # A discovery answer (header and 248 bytes), a register answer, a
+        # force IP answer; the odd first byte makes the parsers take the
+        # packet's own request id.
+        { printf '\x01\x00\x00\x03\x00\xf8\x00\x09'; head -c 248 /dev/zero; } >"$dir/discovery"
+        printf '\x01\x00\x00\x81\x00\x04\x00\x03\x00\x00\x00\x02' >"$dir/readreg"
+        printf '\x01\x00\x00\x05\x00\x00\x00\x05' >"$dir/forceip" ;;
     esac
 }
 

@@ -331,6 +331,8 @@ private Q_SLOTS:
     void cleanupTestCase();
     void backendChoice();
     void discoveryAndInterfaceFeatures();
+    void discoveryTellsWhatAravisDoesNot();
+    void accessStatusBeforeOpening();
     void treeViewEditReachesTheCamera();
     void selectorChoosesARealCamera();
     void configWindowShowsTheRealCamera();
@@ -450,6 +452,72 @@ void tst_OrbCamAravis::discoveryAndInterfaceFeatures()
                  qstrcmp(camera->GetSerialNumber(), "ORB-A") == 0 ? int64_t(0x7F000002)
                                                                   : int64_t(0x7F000003));
     }
+}
+
+namespace {
+uint32_t bigEndian(const QByteArray &b)
+{
+    return b.size() < 4 ? 0
+                        : (uint32_t(uint8_t(b[0])) << 24) | (uint32_t(uint8_t(b[1])) << 16)
+            | (uint32_t(uint8_t(b[2])) << 8) | uint32_t(uint8_t(b[3]));
+}
+QString fieldText(const QByteArray &b)
+{
+    return QString::fromLatin1(b.left(b.indexOf('\0') < 0 ? b.size() : b.indexOf('\0')));
+}
+} // namespace
+
+// The camera's mask, gateway, version and user-defined name, which Aravis's
+// discovery does not pass on, come from our own discovery: as the camera's
+// bootstrap registers hold them.
+void tst_OrbCamAravis::discoveryTellsWhatAravisDoesNot()
+{
+    QVERIFY(rawWrite("127.0.0.2", 0xE8, QByteArray("Line 9\0", 7)));
+    const uint32_t mask = bigEndian(rawMemory("127.0.0.2", 0x34, 4));
+    const uint32_t gateway = bigEndian(rawMemory("127.0.0.2", 0x44, 4));
+    const QString version = fieldText(rawMemory("127.0.0.2", 0x88, 32));
+    QVERIFY(!version.isEmpty());
+    SystemRef ref;
+    OrbCam::DeviceInfo *camera = ref.camera("ORB-A");
+    QVERIFY(camera);
+    QCOMPARE(QString::fromLatin1(camera->GetUserName()), QStringLiteral("Line 9"));
+    QCOMPARE(QString::fromLatin1(camera->GetVersion()), version);
+    OrbCam::Interface *lo = ref.gigE();
+    OrbGenParam::Array *features = lo->GetParams();
+    lo->Lock();
+    features->GetInt("DeviceSelector")->SetValue(camera->GetIndex());
+    const int64_t shownMask = features->GetInt("GevDeviceSubnetMask")->GetValue();
+    const int64_t shownGateway = features->GetInt("GevDeviceGateway")->GetValue();
+    lo->Unlock();
+    QCOMPARE(shownMask, int64_t(mask));
+    QCOMPARE(shownGateway, int64_t(gateway));
+}
+
+// A camera that another application controls is listed as such before
+// anyone tries to open it (its privilege register, read without taking
+// control), and as free again once that application lets go.
+void tst_OrbCamAravis::accessStatusBeforeOpening()
+{
+    uint32_t whileHeld = 0;
+    // Aravis opened past our API is the other application: it takes control.
+    QVERIFY(withRawDevice("127.0.0.3", [&](ArvDevice *) {
+        SystemRef ref;
+        OrbCam::DeviceInfo *camera = ref.camera("ORB-B");
+        whileHeld = camera ? camera->GetAccessStatus() : 0;
+        return camera != nullptr;
+    }));
+    QCOMPARE(whileHeld, uint32_t(OrbCam::AccessReadOnly));
+    SystemRef ref;
+    OrbCam::DeviceInfo *camera = ref.camera("ORB-B");
+    QVERIFY(camera);
+    QCOMPARE(camera->GetAccessStatus(), uint32_t(OrbCam::AccessReadWrite));
+    // Our own open device is no other application's hold.
+    OrbCamErr err = OrbCamOk;
+    OrbCam::Device *device = OrbCam_CreateDevice(camera, OrbCam::AccessControl, 0, &err);
+    QVERIFY2(device, OrbCam_ErrorText(err));
+    QVERIFY(ref.camera("ORB-B"));
+    QCOMPARE(camera->GetAccessStatus(), uint32_t(OrbCam::AccessReadWrite));
+    OrbCam_ReleaseDevice(device);
 }
 
 void tst_OrbCamAravis::treeViewEditReachesTheCamera()

@@ -16,6 +16,7 @@
 #include <condition_variable>
 #include <cstring>
 #include <deque>
+#include <future>
 #include <map>
 #include <thread>
 
@@ -38,6 +39,10 @@ std::string copy(const char *text)
 {
     return text ? std::string(text) : std::string();
 }
+
+// How long our own discovery and privilege reads wait for the cameras'
+// answers: a camera on the link answers within a few milliseconds.
+constexpr uint32_t GvcpAnswerTimeoutMs = 250;
 
 class AravisSystem;
 class AravisInterface;
@@ -62,8 +67,8 @@ public:
     const char *GetVendor() const override { return m_seen.vendor.c_str(); }
     const char *GetModel() const override { return m_seen.model.c_str(); }
     const char *GetSerialNumber() const override { return m_seen.serial.c_str(); }
-    const char *GetVersion() const override { return ""; }
-    const char *GetUserName() const override { return ""; }
+    const char *GetVersion() const override { return m_said.version.c_str(); }
+    const char *GetUserName() const override { return m_said.userName.c_str(); }
     uint32_t GetAccessStatus() const override;
     OrbCam::Interface *GetInterface() const override;
     uint32_t GetIndex() const override;
@@ -78,6 +83,11 @@ public:
         parseIPv4(seen.address, m_ip);
         parseMAC(seen.physicalId, m_mac);
     }
+    // With the system's state lock held: what the camera said of itself in
+    // our own discovery, and whether another application controls it (the
+    // status it answers a read of its privilege register with).
+    void said(const GvcpCamera &camera) { m_said = camera; }
+    const GvcpCamera &said() const { return m_said; }
     const std::string &aravisId() const { return m_seen.id; }
     bool gigE() const { return m_gigE; }
     uint32_t ip() const { return m_ip; }
@@ -87,11 +97,14 @@ public:
     bool present = false;
     AravisInterface *owner = nullptr;
     bool inSubnet = true;
+    // What another application's hold leaves us: AccessReadWrite when none.
+    uint32_t held = OrbCam::AccessReadWrite;
 
 private:
     AravisSystem &m_system;
     bool m_gigE;
     Seen m_seen;
+    GvcpCamera m_said;
     std::string m_id, m_displayName;
     uint32_t m_ip = 0;
     uint64_t m_mac = 0;
@@ -143,7 +156,10 @@ protected:
         std::lock_guard<std::mutex> lock(stateMutex());
         network.mac = camera->mac();
         network.ip = camera->ip();
-        // Aravis's discovery does not pass the camera's mask and gateway on.
+        // Aravis's discovery does not pass the mask and gateway on; our own
+        // does, where the camera answered it.
+        network.mask = camera->said().mask;
+        network.gateway = camera->said().gateway;
         return network;
     }
 
@@ -185,6 +201,9 @@ public:
         return nullptr;
     }
     std::mutex &stateMutex() const { return m_stateMutex; }
+    // The cameras that devices of ours have open. Takes the devices' lock:
+    // not to be called with the state lock held.
+    std::vector<const OrbCam::DeviceInfo *> openHere();
 
     void attach(AravisDevice *device);
     void detach(AravisDevice *device);
@@ -216,7 +235,7 @@ uint32_t AravisCamera::GetAccessStatus() const
     std::lock_guard<std::mutex> lock(m_system.stateMutex());
     if (!present)
         return OrbCam::AccessNone;
-    return inSubnet ? OrbCam::AccessReadWrite : OrbCam::AccessIPSubnetMismatch;
+    return inSubnet ? held : OrbCam::AccessIPSubnetMismatch;
 }
 
 OrbCam::Interface *AravisCamera::GetInterface() const
@@ -338,6 +357,44 @@ void AravisSystem::discover(bool gigE, AravisInterface *asking, bool *changed)
                              copy(arv_interface_get_device_protocol(aravis, i)) });
     }
 
+    // What Aravis does not tell: each camera's own answer to a discovery of
+    // ours (mask, gateway, version, user name) and its privilege register
+    // (another application holding it), asked on every card at once.
+    std::vector<GvcpCamera> said;
+    std::map<uint64_t, uint32_t> held;
+    if (gigE && !seen.empty()) {
+        std::vector<std::future<std::vector<GvcpCamera>>> asked;
+        for (const auto &i : m_interfaces)
+            if (i->gigE())
+                asked.push_back(std::async(std::launch::async, [network = i->network()] {
+                    return discoverCameras(network.index, network.ip, GvcpAnswerTimeoutMs);
+                }));
+        for (auto &answer : asked)
+            for (GvcpCamera &camera : answer.get())
+                said.push_back(std::move(camera));
+        std::vector<std::pair<uint64_t, std::future<uint32_t>>> privileges;
+        for (const GvcpCamera &camera : said)
+            privileges.emplace_back(
+                camera.mac, std::async(std::launch::async, [ip = camera.ip] {
+                    uint32_t value = 0;
+                    switch (readRegister(ip, GvcpCcpRegister, &value, GvcpAnswerTimeoutMs)) {
+                    case OrbCamOk:
+                        return (value & 0x1) ? uint32_t(OrbCam::AccessNone)
+                            : (value & 0x2)  ? uint32_t(OrbCam::AccessReadOnly)
+                                             : uint32_t(OrbCam::AccessReadWrite);
+                    case OrbCamErrInvalidState:
+                        // Refused: held exclusively elsewhere.
+                        return uint32_t(OrbCam::AccessNone);
+                    default:
+                        return uint32_t(0); // no answer: unknown
+                    }
+                }));
+        for (auto &[mac, privilege] : privileges)
+            if (const uint32_t status = privilege.get())
+                held[mac] = status;
+    }
+
+    const std::vector<const OrbCam::DeviceInfo *> ours = openHere();
     std::map<AravisInterface *, std::vector<OrbCam::DeviceInfo *>> placed;
     {
         std::lock_guard<std::mutex> lock(m_stateMutex);
@@ -356,6 +413,15 @@ void AravisSystem::discover(bool gigE, AravisInterface *asking, bool *changed)
                 camera->update(s);
             }
             camera->present = true;
+            for (const GvcpCamera &answer : said)
+                if (answer.mac == camera->mac())
+                    camera->said(answer);
+            const auto privilege = held.find(camera->mac());
+            if (privilege != held.end())
+                camera->held = privilege->second;
+            // Our own devices hold the camera too: that is no one else's hold.
+            if (std::find(ours.begin(), ours.end(), camera) != ours.end())
+                camera->held = OrbCam::AccessReadWrite;
             // A GigE Vision camera belongs to the card whose subnet holds
             // its address; one outside every subnet to the first card that
             // is not a loopback, where it shows the mismatch.
@@ -674,6 +740,15 @@ bool AravisSystem::closeDevice(OrbCam::Device *device)
         return false;
     delete aravis;
     return true;
+}
+
+std::vector<const OrbCam::DeviceInfo *> AravisSystem::openHere()
+{
+    std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
+    std::vector<const OrbCam::DeviceInfo *> cameras;
+    for (AravisDevice *device : m_devices)
+        cameras.push_back(device->GetInfo());
+    return cameras;
 }
 
 void AravisSystem::attach(AravisDevice *device)

@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstring>
@@ -29,6 +30,34 @@ void put32(uint8_t *at, uint32_t value)
 uint16_t get16(const uint8_t *at)
 {
     return static_cast<uint16_t>((at[0] << 8) | at[1]);
+}
+
+uint32_t get32(const uint8_t *at)
+{
+    return (uint32_t(get16(at)) << 16) | get16(at + 2);
+}
+
+// A fixed-size text field: up to its first NUL, without what cannot be
+// shown (a camera may fill a field with anything).
+std::string text(const uint8_t *at, size_t size)
+{
+    std::string result;
+    for (size_t i = 0; i < size && at[i] != 0; ++i)
+        result += (at[i] >= 0x20 && at[i] < 0x7F) ? static_cast<char>(at[i]) : '?';
+    return result;
+}
+
+// The 8-byte header of an acknowledge that answers `answer` to requestId,
+// with its payload length; false for anything else.
+bool ackHeader(const uint8_t *bytes, size_t size, uint16_t answer, uint16_t requestId,
+               uint16_t *status, size_t *payload)
+{
+    if (!bytes || size < 8 || get16(bytes + 2) != answer || get16(bytes + 6) != requestId)
+        return false;
+    *status = get16(bytes);
+    *payload = get16(bytes + 4);
+    // A length beyond the bytes that came is a truncated packet.
+    return *payload <= size - 8;
 }
 
 uint16_t nextRequestId()
@@ -69,13 +98,80 @@ std::array<uint8_t, GvcpForceIpSize> forceIpCommand(uint64_t mac, uint32_t ip, u
 
 int forceIpAckStatus(const uint8_t *bytes, size_t size, uint16_t requestId)
 {
-    if (size < 8 || get16(bytes + 2) != GvcpForceIpAck || get16(bytes + 6) != requestId)
+    if (!bytes || size < 8 || get16(bytes + 2) != GvcpForceIpAck || get16(bytes + 6) != requestId)
         return -1;
     return get16(bytes);
 }
 
-OrbCamErr sendForceIp(unsigned interfaceIndex, uint32_t fromIp, uint64_t mac, uint32_t ip,
-                      uint32_t mask, uint32_t gateway, uint32_t timeoutMs, uint16_t port)
+std::array<uint8_t, 8> discoveryCommand(uint16_t requestId)
+{
+    std::array<uint8_t, 8> packet {};
+    packet[0] = 0x42;
+    packet[1] = 0x11; // acknowledge required, broadcast answer allowed
+    put16(&packet[2], GvcpDiscoveryCommand);
+    put16(&packet[6], requestId);
+    return packet;
+}
+
+bool parseDiscoveryAck(const uint8_t *bytes, size_t size, uint16_t requestId, GvcpCamera *camera)
+{
+    uint16_t status = 0;
+    size_t payload = 0;
+    if (!ackHeader(bytes, size, GvcpDiscoveryAck, requestId, &status, &payload) || status != 0
+        || payload < GvcpDiscoveryAckPayload)
+        return false;
+    const uint8_t *p = bytes + 8;
+    GvcpCamera c;
+    c.mac = (uint64_t(get16(p + 0x0A)) << 32) | get32(p + 0x0C);
+    c.ip = get32(p + 0x24);
+    c.mask = get32(p + 0x34);
+    c.gateway = get32(p + 0x44);
+    c.vendor = text(p + 0x48, 32);
+    c.model = text(p + 0x68, 32);
+    c.version = text(p + 0x88, 32);
+    c.manufacturerInfo = text(p + 0xA8, 48);
+    c.serial = text(p + 0xD8, 16);
+    c.userName = text(p + 0xE8, 16);
+    *camera = std::move(c);
+    return true;
+}
+
+std::array<uint8_t, 12> readRegisterCommand(uint32_t address, uint16_t requestId)
+{
+    std::array<uint8_t, 12> packet {};
+    packet[0] = 0x42;
+    packet[1] = 0x01;
+    put16(&packet[2], GvcpReadRegCommand);
+    put16(&packet[4], 4);
+    put16(&packet[6], requestId);
+    put32(&packet[8], address);
+    return packet;
+}
+
+int parseReadRegisterAck(const uint8_t *bytes, size_t size, uint16_t requestId, uint32_t *value)
+{
+    uint16_t status = 0;
+    size_t payload = 0;
+    if (!ackHeader(bytes, size, GvcpReadRegAck, requestId, &status, &payload))
+        return -1;
+    if (status != 0)
+        return status;
+    if (payload < 4)
+        return -1;
+    *value = get32(bytes + 8);
+    return 0;
+}
+
+namespace {
+
+// Sends `packet` to `toIp` (the limited broadcast leaves through the host
+// interface `interfaceIndex`, chosen by index: the routing table would pick
+// the default route's; 0 lets the routing table choose), again every third
+// of the time, and hands every answer to `answered` until it returns true
+// or timeoutMs has passed. OrbCamErrUnknown when nothing could be sent.
+template <size_t N, class Answered>
+OrbCamErr exchange(const std::array<uint8_t, N> &packet, unsigned interfaceIndex, uint32_t fromIp,
+                   uint32_t toIp, uint16_t port, uint32_t timeoutMs, Answered answered)
 {
     Socket s;
     s.fd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
@@ -88,15 +184,10 @@ OrbCamErr sendForceIp(unsigned interfaceIndex, uint32_t fromIp, uint64_t mac, ui
     if (setsockopt(s.fd, SOL_SOCKET, SO_BROADCAST, &on, sizeof on) != 0
         || bind(s.fd, reinterpret_cast<const sockaddr *>(&local), sizeof local) != 0)
         return OrbCamErrUnknown;
-
-    const uint16_t requestId = nextRequestId();
-    const auto packet = forceIpCommand(mac, ip, mask, gateway, requestId);
     sockaddr_in to {};
     to.sin_family = AF_INET;
     to.sin_port = htons(port);
-    to.sin_addr.s_addr = htonl(INADDR_BROADCAST);
-    // The limited broadcast leaves through the camera's interface, chosen
-    // by index: the routing table would pick the default route's.
+    to.sin_addr.s_addr = htonl(toIp);
     auto send = [&]() {
         iovec data { const_cast<uint8_t *>(packet.data()), packet.size() };
         alignas(cmsghdr) char control[CMSG_SPACE(sizeof(in_pktinfo))] = {};
@@ -105,6 +196,8 @@ OrbCamErr sendForceIp(unsigned interfaceIndex, uint32_t fromIp, uint64_t mac, ui
         message.msg_namelen = sizeof to;
         message.msg_iov = &data;
         message.msg_iovlen = 1;
+        if (interfaceIndex == 0)
+            return sendmsg(s.fd, &message, 0) == static_cast<ssize_t>(packet.size());
         message.msg_control = control;
         message.msg_controllen = sizeof control;
         cmsghdr *header = CMSG_FIRSTHDR(&message);
@@ -125,7 +218,7 @@ OrbCamErr sendForceIp(unsigned interfaceIndex, uint32_t fromIp, uint64_t mac, ui
     for (;;) {
         const auto now = Clock::now();
         if (now >= deadline)
-            return OrbCamErrNoDevice;
+            return OrbCamOk;
         if (now >= nextSend) {
             if (!send())
                 return OrbCamErrUnknown;
@@ -137,16 +230,63 @@ OrbCamErr sendForceIp(unsigned interfaceIndex, uint32_t fromIp, uint64_t mac, ui
             std::chrono::duration_cast<std::chrono::milliseconds>(wait).count() + 1);
         if (poll(&readable, 1, waitMs) <= 0)
             continue;
-        uint8_t answer[64];
+        // Larger than any answer: a longer datagram is cut and found short.
+        uint8_t answer[1024];
         const ssize_t got = recv(s.fd, answer, sizeof answer, 0);
-        if (got < 0)
-            continue;
-        const int status = forceIpAckStatus(answer, static_cast<size_t>(got), requestId);
-        if (status == 0)
+        if (got >= 0 && answered(answer, static_cast<size_t>(got)))
             return OrbCamOk;
-        if (status > 0)
-            return OrbCamErrInvalidState;
     }
+}
+
+} // namespace
+
+OrbCamErr sendForceIp(unsigned interfaceIndex, uint32_t fromIp, uint64_t mac, uint32_t ip,
+                      uint32_t mask, uint32_t gateway, uint32_t timeoutMs, uint16_t port)
+{
+    const uint16_t requestId = nextRequestId();
+    int status = -1;
+    const OrbCamErr sent
+        = exchange(forceIpCommand(mac, ip, mask, gateway, requestId), interfaceIndex, fromIp,
+                   INADDR_BROADCAST, port, timeoutMs, [&](const uint8_t *answer, size_t size) {
+                       status = forceIpAckStatus(answer, size, requestId);
+                       return status >= 0;
+                   });
+    if (sent != OrbCamOk)
+        return sent;
+    return status < 0 ? OrbCamErrNoDevice : status == 0 ? OrbCamOk : OrbCamErrInvalidState;
+}
+
+std::vector<GvcpCamera> discoverCameras(unsigned interfaceIndex, uint32_t fromIp,
+                                        uint32_t timeoutMs, uint16_t port)
+{
+    const uint16_t requestId = nextRequestId();
+    std::vector<GvcpCamera> found;
+    exchange(discoveryCommand(requestId), interfaceIndex, fromIp, INADDR_BROADCAST, port, timeoutMs,
+             [&](const uint8_t *answer, size_t size) {
+                 GvcpCamera camera;
+                 if (parseDiscoveryAck(answer, size, requestId, &camera)
+                     && std::none_of(found.begin(), found.end(),
+                                     [&](const GvcpCamera &c) { return c.mac == camera.mac; }))
+                     found.push_back(std::move(camera));
+                 return false; // every camera that answers in time
+             });
+    return found;
+}
+
+OrbCamErr readRegister(uint32_t cameraIp, uint32_t address, uint32_t *value, uint32_t timeoutMs,
+                       uint16_t port)
+{
+    const uint16_t requestId = nextRequestId();
+    int status = -1;
+    const OrbCamErr sent
+        = exchange(readRegisterCommand(address, requestId), 0, INADDR_ANY, cameraIp, port,
+                   timeoutMs, [&](const uint8_t *answer, size_t size) {
+                       status = parseReadRegisterAck(answer, size, requestId, value);
+                       return status >= 0;
+                   });
+    if (sent != OrbCamOk)
+        return sent;
+    return status < 0 ? OrbCamErrNoDevice : status == 0 ? OrbCamOk : OrbCamErrInvalidState;
 }
 
 } // namespace OrbCamImpl

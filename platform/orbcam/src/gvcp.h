@@ -1,6 +1,12 @@
 // GigE Vision's control protocol, the part this library speaks itself:
 // FORCEIP_CMD, which gives a camera found by its hardware address a new IP
-// set-up even when it sits outside the host's subnet. Internal.
+// set-up even when it sits outside the host's subnet; DISCOVERY_CMD, whose
+// acknowledge carries what Aravis's discovery does not pass on (the
+// camera's mask, gateway, version and user-defined name); READREG_CMD, to
+// read the control channel privilege register without taking control.
+// Every acknowledge comes from the network, where anything may answer: the
+// parsers take any bytes and accept only a well-formed answer to the
+// request they wait for. Internal.
 //
 // Layout, from the GigE Vision standard: every command starts with an
 // 8-byte header, multi-byte fields most significant byte first:
@@ -17,6 +23,25 @@
 //   40 reserved (12)  52 static default gateway
 // The acknowledge is an 8-byte header: status (0 for success), answer
 // (FORCEIP_ACK 0x0005), length (0), and the request id it answers.
+//
+// DISCOVERY_CMD (0x0002) has no payload; its flags add 0x10 (the answer may
+// be broadcast). DISCOVERY_ACK (0x0003) has a payload of 248 bytes, the
+// first 248 bytes of the camera's bootstrap registers:
+//   0x00 version (major 2, minor 2)   0x04 device mode
+//   0x0A MAC, high 16 bits            0x0C MAC, low 32 bits
+//   0x10 IP options supported         0x14 IP options current
+//   0x24 current IP (in the last four bytes of a 16-byte slot)
+//   0x34 current subnet mask          0x44 current default gateway
+//   0x48 manufacturer name (32)       0x68 model name (32)
+//   0x88 device version (32)          0xA8 manufacturer information (48)
+//   0xD8 serial number (16)           0xE8 user-defined name (16)
+// The strings end at their first NUL or fill their field.
+//
+// READREG_CMD (0x0080) carries 4-byte register addresses; READREG_ACK
+// (0x0081) the 4-byte values, as many as were asked (fewer when the status
+// is not 0). The control channel privilege register (CCP, 0x0A00) has
+// exclusive access in its lowest bit (0x1) and control access in the next
+// (0x2): either is set while an application controls the camera.
 #ifndef ORBCAM_GVCP_H
 #define ORBCAM_GVCP_H
 
@@ -25,6 +50,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <vector>
 
 namespace OrbCamImpl {
 
@@ -32,6 +59,19 @@ constexpr uint16_t GvcpPort = 3956;
 constexpr uint16_t GvcpForceIpCommand = 0x0004;
 constexpr uint16_t GvcpForceIpAck = 0x0005;
 constexpr size_t GvcpForceIpSize = 8 + 56;
+constexpr uint16_t GvcpDiscoveryCommand = 0x0002;
+constexpr uint16_t GvcpDiscoveryAck = 0x0003;
+constexpr size_t GvcpDiscoveryAckPayload = 248;
+constexpr uint16_t GvcpReadRegCommand = 0x0080;
+constexpr uint16_t GvcpReadRegAck = 0x0081;
+constexpr uint32_t GvcpCcpRegister = 0x0A00;
+
+// What a camera says of itself in its DISCOVERY_ACK.
+struct GvcpCamera {
+    uint64_t mac = 0;
+    uint32_t ip = 0, mask = 0, gateway = 0;
+    std::string vendor, model, version, manufacturerInfo, serial, userName;
+};
 
 std::array<uint8_t, GvcpForceIpSize> forceIpCommand(uint64_t mac, uint32_t ip, uint32_t mask,
                                                     uint32_t gateway, uint16_t requestId);
@@ -39,6 +79,30 @@ std::array<uint8_t, GvcpForceIpSize> forceIpCommand(uint64_t mac, uint32_t ip, u
 // The status of a FORCEIP_ACK for requestId in `bytes`, or -1 when they are
 // not one.
 int forceIpAckStatus(const uint8_t *bytes, size_t size, uint16_t requestId);
+
+std::array<uint8_t, 8> discoveryCommand(uint16_t requestId);
+// The camera a DISCOVERY_ACK for requestId describes; false for anything
+// else (another request, an error status, a short or malformed packet).
+bool parseDiscoveryAck(const uint8_t *bytes, size_t size, uint16_t requestId, GvcpCamera *camera);
+
+std::array<uint8_t, 12> readRegisterCommand(uint32_t address, uint16_t requestId);
+// The register value a READREG_ACK for requestId carries: 0 with *value
+// set; the camera's non-zero status when it refused; -1 when the bytes are
+// no such answer.
+int parseReadRegisterAck(const uint8_t *bytes, size_t size, uint16_t requestId, uint32_t *value);
+
+// Broadcasts DISCOVERY_CMD out of the host interface (index, address) and
+// collects the cameras that answer within timeoutMs, each once (by MAC).
+// Blocks the calling thread for timeoutMs.
+std::vector<GvcpCamera> discoverCameras(unsigned interfaceIndex, uint32_t fromIp,
+                                        uint32_t timeoutMs, uint16_t port = GvcpPort);
+
+// Reads one register of the camera at cameraIp without taking control.
+// OrbCamOk with *value; OrbCamErrNoDevice when nothing answered in time;
+// OrbCamErrInvalidState when the camera refused; OrbCamErrUnknown when the
+// packet could not be sent. Blocks for at most timeoutMs.
+OrbCamErr readRegister(uint32_t cameraIp, uint32_t address, uint32_t *value, uint32_t timeoutMs,
+                       uint16_t port = GvcpPort);
 
 // Broadcasts FORCEIP_CMD (to 255.255.255.255, port `port`) out of the host
 // interface with kernel index `interfaceIndex` and address `fromIp`, and
