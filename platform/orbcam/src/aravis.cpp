@@ -6,6 +6,7 @@
 #include "gvcp.h"
 #include "hostnet.h"
 #include "interfacefeatures.h"
+#include "opendevices.h"
 #include "paramarray.h"
 
 #include <arv.h>
@@ -13,12 +14,9 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <cstring>
-#include <deque>
 #include <future>
 #include <map>
-#include <thread>
 
 using namespace GenApi;
 
@@ -41,8 +39,10 @@ std::string copy(const char *text)
 }
 
 // How long our own discovery and privilege reads wait for the cameras'
-// answers: a camera on the link answers within a few milliseconds.
-constexpr uint32_t GvcpAnswerTimeoutMs = 250;
+// answers: a camera on the link answers within milliseconds, and the
+// discovery ends as soon as every camera Aravis found has answered.
+constexpr uint32_t GvcpDiscoveryTimeoutMs = 1000;
+constexpr uint32_t GvcpAnswerTimeoutMs = 500;
 
 class AravisSystem;
 class AravisInterface;
@@ -172,6 +172,8 @@ private:
 };
 
 class AravisDevice;
+// On the event thread: whether a lost camera answers again (AravisDevice).
+void tryReturn(EventTarget *device);
 
 class AravisSystem final : public Backend {
 public:
@@ -205,26 +207,18 @@ public:
     // not to be called with the state lock held.
     std::vector<const OrbCam::DeviceInfo *> openHere();
 
-    void attach(AravisDevice *device);
-    void detach(AravisDevice *device);
-    // Queues the event for the device; the event thread delivers it.
-    void post(AravisDevice *device, uint32_t event);
+    // The open devices; every two seconds without an event, each looks
+    // whether its lost camera answers again.
+    OpenDevices &openDevices() { return m_open; }
 
 private:
-    void eventLoop();
-
     std::vector<std::unique_ptr<AravisInterface>> m_interfaces;
     InterfaceLists m_lists;
     mutable std::mutex m_stateMutex; // the cameras and their placement
     std::vector<std::unique_ptr<AravisCamera>> m_cameras;
 
-    std::recursive_mutex m_devicesMutex;
-    std::vector<AravisDevice *> m_devices;
-    std::mutex m_queueMutex;
-    std::condition_variable m_queueCondition;
-    std::deque<std::pair<AravisDevice *, uint32_t>> m_queue;
-    bool m_stopping = false;
-    std::thread m_eventThread;
+    // Last: its thread ends before anything it could reach goes.
+    OpenDevices m_open;
 };
 
 // ---------------------------------------------------------------------------
@@ -323,20 +317,12 @@ std::vector<std::unique_ptr<AravisInterface>> makeInterfaces(AravisSystem &syste
 }
 
 AravisSystem::AravisSystem()
+    : m_open(&tryReturn, std::chrono::seconds(2))
 {
     m_interfaces = makeInterfaces(*this);
-    m_eventThread = std::thread(&AravisSystem::eventLoop, this);
 }
 
-AravisSystem::~AravisSystem()
-{
-    {
-        std::lock_guard<std::mutex> lock(m_queueMutex);
-        m_stopping = true;
-    }
-    m_queueCondition.notify_all();
-    m_eventThread.join();
-}
+AravisSystem::~AravisSystem() = default;
 
 void AravisSystem::discover(bool gigE, AravisInterface *asking, bool *changed)
 {
@@ -360,22 +346,44 @@ void AravisSystem::discover(bool gigE, AravisInterface *asking, bool *changed)
     // What Aravis does not tell: each camera's own answer to a discovery of
     // ours (mask, gateway, version, user name) and its privilege register
     // (another application holding it), asked on every card at once.
+    // Cameras are told apart by their address: a camera's MAC may be 0
+    // (Aravis's own fake ones have none), and answers of one camera come
+    // once per host address that asks.
     std::vector<GvcpCamera> said;
-    std::map<uint64_t, uint32_t> held;
+    std::map<uint32_t, uint32_t> held; // by address
     if (gigE && !seen.empty()) {
-        std::vector<std::future<std::vector<GvcpCamera>>> asked;
+        // Until every camera Aravis found has answered, or the time is up.
+        std::mutex saidMutex;
+        std::vector<uint32_t> waiting;
+        for (const AravisCamera::Seen &s : seen) {
+            uint32_t ip = 0;
+            if (parseIPv4(s.address, ip))
+                waiting.push_back(ip);
+        }
+        std::atomic<bool> allAnswered { waiting.empty() };
+        const std::function<void(const GvcpCamera &)> found = [&](const GvcpCamera &camera) {
+            std::lock_guard<std::mutex> lock(saidMutex);
+            if (std::none_of(said.begin(), said.end(),
+                             [&](const GvcpCamera &c) { return c.ip == camera.ip; }))
+                said.push_back(camera);
+            waiting.erase(std::remove(waiting.begin(), waiting.end(), camera.ip), waiting.end());
+            if (waiting.empty())
+                allAnswered = true;
+        };
+        std::vector<std::future<void>> asked;
         for (const auto &i : m_interfaces)
             if (i->gigE())
-                asked.push_back(std::async(std::launch::async, [network = i->network()] {
-                    return discoverCameras(network.index, network.ip, GvcpAnswerTimeoutMs);
-                }));
+                asked.push_back(
+                    std::async(std::launch::async, [&found, &allAnswered, network = i->network()] {
+                        discoverCameras(network.index, network.ip, GvcpDiscoveryTimeoutMs, found,
+                                        &allAnswered);
+                    }));
         for (auto &answer : asked)
-            for (GvcpCamera &camera : answer.get())
-                said.push_back(std::move(camera));
-        std::vector<std::pair<uint64_t, std::future<uint32_t>>> privileges;
+            answer.get();
+        std::vector<std::pair<uint32_t, std::future<uint32_t>>> privileges;
         for (const GvcpCamera &camera : said)
             privileges.emplace_back(
-                camera.mac, std::async(std::launch::async, [ip = camera.ip] {
+                camera.ip, std::async(std::launch::async, [ip = camera.ip] {
                     uint32_t value = 0;
                     switch (readRegister(ip, GvcpCcpRegister, &value, GvcpAnswerTimeoutMs)) {
                     case OrbCamOk:
@@ -389,9 +397,9 @@ void AravisSystem::discover(bool gigE, AravisInterface *asking, bool *changed)
                         return uint32_t(0); // no answer: unknown
                     }
                 }));
-        for (auto &[mac, privilege] : privileges)
+        for (auto &[ip, privilege] : privileges)
             if (const uint32_t status = privilege.get())
-                held[mac] = status;
+                held[ip] = status;
     }
 
     const std::vector<const OrbCam::DeviceInfo *> ours = openHere();
@@ -414,9 +422,9 @@ void AravisSystem::discover(bool gigE, AravisInterface *asking, bool *changed)
             }
             camera->present = true;
             for (const GvcpCamera &answer : said)
-                if (answer.mac == camera->mac())
+                if (answer.ip == camera->ip())
                     camera->said(answer);
-            const auto privilege = held.find(camera->mac());
+            const auto privilege = held.find(camera->ip());
             if (privilege != held.end())
                 camera->held = privilege->second;
             // Our own devices hold the camera too: that is no one else's hold.
@@ -549,7 +557,7 @@ ArvDevice *openAravis(bool gigE, const std::string &id, std::string &why)
     return device;
 }
 
-class AravisDevice final : public OrbCam::Device {
+class AravisDevice final : public OrbCam::Device, public EventTarget {
 public:
     AravisDevice(AravisSystem &system, AravisCamera &camera, ArvDevice *device, uint32_t access)
         : m_system(system)
@@ -576,7 +584,7 @@ public:
         }
         m_params = std::make_unique<ParamArray>(m_map._Ptr, [this] { return !m_lost.load(); });
         watch(device);
-        m_system.attach(this);
+        m_system.openDevices().attach(this);
     }
 
     ~AravisDevice() override
@@ -588,7 +596,7 @@ public:
         // Stops Aravis's heartbeat thread, the one that reports a loss (a
         // report under way finishes first); then its queued events go.
         g_object_unref(device);
-        m_system.detach(this);
+        m_system.openDevices().detach(this);
     }
 
     // On the system's event thread, while the camera is lost: opens it
@@ -640,7 +648,8 @@ public:
     }
 
     AravisSystem &system() const { return m_system; }
-    void deliver(uint32_t event) { m_events.deliver(event); }
+    const void *eventSource() const override { return this; }
+    void deliver(uint32_t event) override { m_events.deliver(event); }
 
 private:
     // The handler runs on Aravis's thread; this lock, taken here and there,
@@ -672,7 +681,7 @@ private:
         if (device->m_lost.exchange(true))
             return;
         device->m_port.setLost(true);
-        device->m_system.post(device, OrbCam::EventDeviceLost);
+        device->m_system.openDevices().post(device, OrbCam::EventDeviceLost);
     }
 
     AravisSystem &m_system;
@@ -744,68 +753,15 @@ bool AravisSystem::closeDevice(OrbCam::Device *device)
 
 std::vector<const OrbCam::DeviceInfo *> AravisSystem::openHere()
 {
-    std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
     std::vector<const OrbCam::DeviceInfo *> cameras;
-    for (AravisDevice *device : m_devices)
-        cameras.push_back(device->GetInfo());
+    for (EventTarget *device : m_open.attached())
+        cameras.push_back(static_cast<AravisDevice *>(device)->GetInfo());
     return cameras;
 }
 
-void AravisSystem::attach(AravisDevice *device)
+void tryReturn(EventTarget *device)
 {
-    std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
-    m_devices.push_back(device);
-}
-
-void AravisSystem::detach(AravisDevice *device)
-{
-    // Waits for an event being delivered to this device.
-    std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
-    m_devices.erase(std::remove(m_devices.begin(), m_devices.end(), device), m_devices.end());
-    std::lock_guard<std::mutex> queue(m_queueMutex);
-    m_queue.erase(std::remove_if(m_queue.begin(), m_queue.end(),
-                                 [device](const auto &item) { return item.first == device; }),
-                  m_queue.end());
-}
-
-void AravisSystem::post(AravisDevice *device, uint32_t event)
-{
-    {
-        std::lock_guard<std::mutex> lock(m_queueMutex);
-        m_queue.emplace_back(device, event);
-    }
-    m_queueCondition.notify_all();
-}
-
-// Delivers events and, every two seconds, looks whether a lost camera
-// answers again.
-void AravisSystem::eventLoop()
-{
-    for (;;) {
-        std::pair<AravisDevice *, uint32_t> item { nullptr, 0 };
-        {
-            std::unique_lock<std::mutex> lock(m_queueMutex);
-            m_queueCondition.wait_for(lock, std::chrono::seconds(2),
-                                      [this] { return m_stopping || !m_queue.empty(); });
-            if (m_stopping)
-                return;
-            if (!m_queue.empty()) {
-                item = m_queue.front();
-                m_queue.pop_front();
-            }
-        }
-        std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
-        if (item.first) {
-            // A callback may release devices; deliver only to those still open.
-            if (std::find(m_devices.begin(), m_devices.end(), item.first) != m_devices.end())
-                item.first->deliver(item.second);
-            continue;
-        }
-        const std::vector<AravisDevice *> devices = m_devices;
-        for (AravisDevice *device : devices)
-            if (std::find(m_devices.begin(), m_devices.end(), device) != m_devices.end())
-                device->tryReturn();
-    }
+    static_cast<AravisDevice *>(device)->tryReturn();
 }
 
 } // namespace

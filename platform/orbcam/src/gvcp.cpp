@@ -171,7 +171,8 @@ namespace {
 // or timeoutMs has passed. OrbCamErrUnknown when nothing could be sent.
 template <size_t N, class Answered>
 OrbCamErr exchange(const std::array<uint8_t, N> &packet, unsigned interfaceIndex, uint32_t fromIp,
-                   uint32_t toIp, uint16_t port, uint32_t timeoutMs, Answered answered)
+                   uint32_t toIp, uint16_t port, uint32_t timeoutMs, Answered answered,
+                   const std::atomic<bool> *stop = nullptr)
 {
     Socket s;
     s.fd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
@@ -217,14 +218,17 @@ OrbCamErr exchange(const std::array<uint8_t, N> &packet, unsigned interfaceIndex
     auto nextSend = Clock::now();
     for (;;) {
         const auto now = Clock::now();
-        if (now >= deadline)
+        if (now >= deadline || (stop && *stop))
             return OrbCamOk;
         if (now >= nextSend) {
             if (!send())
                 return OrbCamErrUnknown;
             nextSend = now + resendEvery;
         }
-        const auto wait = std::min(deadline, nextSend) - now;
+        // Short slices with a stop to watch: another thread may end it.
+        const auto wait = std::min(
+            { deadline - now, nextSend - now,
+              stop ? Clock::duration(std::chrono::milliseconds(20)) : Clock::duration::max() });
         pollfd readable { s.fd, POLLIN, 0 };
         const int waitMs = static_cast<int>(
             std::chrono::duration_cast<std::chrono::milliseconds>(wait).count() + 1);
@@ -256,21 +260,26 @@ OrbCamErr sendForceIp(unsigned interfaceIndex, uint32_t fromIp, uint64_t mac, ui
     return status < 0 ? OrbCamErrNoDevice : status == 0 ? OrbCamOk : OrbCamErrInvalidState;
 }
 
-std::vector<GvcpCamera> discoverCameras(unsigned interfaceIndex, uint32_t fromIp,
-                                        uint32_t timeoutMs, uint16_t port)
+void discoverCameras(unsigned interfaceIndex, uint32_t fromIp, uint32_t timeoutMs,
+                     const std::function<void(const GvcpCamera &)> &found,
+                     const std::atomic<bool> *stop, uint16_t port)
 {
     const uint16_t requestId = nextRequestId();
-    std::vector<GvcpCamera> found;
-    exchange(discoveryCommand(requestId), interfaceIndex, fromIp, INADDR_BROADCAST, port, timeoutMs,
-             [&](const uint8_t *answer, size_t size) {
-                 GvcpCamera camera;
-                 if (parseDiscoveryAck(answer, size, requestId, &camera)
-                     && std::none_of(found.begin(), found.end(),
-                                     [&](const GvcpCamera &c) { return c.mac == camera.mac; }))
-                     found.push_back(std::move(camera));
-                 return false; // every camera that answers in time
-             });
-    return found;
+    // A camera by MAC and address: a MAC of 0 is no identity.
+    std::vector<std::pair<uint64_t, uint32_t>> seen;
+    exchange(
+        discoveryCommand(requestId), interfaceIndex, fromIp, INADDR_BROADCAST, port, timeoutMs,
+        [&](const uint8_t *answer, size_t size) {
+            GvcpCamera camera;
+            if (parseDiscoveryAck(answer, size, requestId, &camera)
+                && std::find(seen.begin(), seen.end(), std::make_pair(camera.mac, camera.ip))
+                    == seen.end()) {
+                seen.emplace_back(camera.mac, camera.ip);
+                found(camera);
+            }
+            return false; // every camera that answers in time
+        },
+        stop);
 }
 
 OrbCamErr readRegister(uint32_t cameraIp, uint32_t address, uint32_t *value, uint32_t timeoutMs,

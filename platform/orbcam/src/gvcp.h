@@ -48,6 +48,8 @@
 #include <OrbCam/OrbCamErr.h>
 
 #include <array>
+#include <atomic>
+#include <functional>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -92,10 +94,12 @@ std::array<uint8_t, 12> readRegisterCommand(uint32_t address, uint16_t requestId
 int parseReadRegisterAck(const uint8_t *bytes, size_t size, uint16_t requestId, uint32_t *value);
 
 // Broadcasts DISCOVERY_CMD out of the host interface (index, address) and
-// collects the cameras that answer within timeoutMs, each once (by MAC).
-// Blocks the calling thread for timeoutMs.
-std::vector<GvcpCamera> discoverCameras(unsigned interfaceIndex, uint32_t fromIp,
-                                        uint32_t timeoutMs, uint16_t port = GvcpPort);
+// hands each camera that answers to `found`, once (by MAC and address), until timeoutMs
+// has passed or *stop is set (by `found` or by another thread's discovery:
+// every camera expected has answered). Blocks for at most timeoutMs.
+void discoverCameras(unsigned interfaceIndex, uint32_t fromIp, uint32_t timeoutMs,
+                     const std::function<void(const GvcpCamera &)> &found,
+                     const std::atomic<bool> *stop = nullptr, uint16_t port = GvcpPort);
 
 // Reads one register of the camera at cameraIp without taking control.
 // OrbCamOk with *value; OrbCamErrNoDevice when nothing answered in time;

@@ -601,7 +601,6 @@ SimSystem::SimSystem(const SystemConfig &config)
 {
     for (const InterfaceConfig &ic : config.interfaces)
         m_interfaces.push_back(std::make_unique<SimInterface>(*this, ic));
-    m_eventThread = std::thread(&SimSystem::eventLoop, this);
 }
 
 namespace {
@@ -663,15 +662,7 @@ std::unique_ptr<Backend> createSimBackend(const std::string &setup)
     return std::make_unique<SimSystem>(parseConfig(setup.empty() ? defaultConfigJson() : setup));
 }
 
-SimSystem::~SimSystem()
-{
-    {
-        std::lock_guard<std::mutex> lock(m_queueMutex);
-        m_stopping = true;
-    }
-    m_queueCondition.notify_all();
-    m_eventThread.join();
-}
+SimSystem::~SimSystem() = default;
 
 OrbCam::InterfaceList *SimSystem::GetInterfaces(uint32_t typeMask)
 {
@@ -697,51 +688,6 @@ SimInterface *SimSystem::findInterface(const std::string &id) const
     return nullptr;
 }
 
-void SimSystem::attach(SimDevice *device)
-{
-    std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
-    m_devices.push_back(device);
-}
-
-void SimSystem::detach(SimDevice *device)
-{
-    // Waits for an event being delivered to this device on the event thread.
-    std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
-    m_devices.erase(std::remove(m_devices.begin(), m_devices.end(), device), m_devices.end());
-}
-
-void SimSystem::post(SimCamera *camera, uint32_t event)
-{
-    {
-        std::lock_guard<std::mutex> lock(m_queueMutex);
-        m_queue.emplace_back(camera, event);
-    }
-    m_queueCondition.notify_all();
-}
-
-void SimSystem::eventLoop()
-{
-    for (;;) {
-        std::pair<SimCamera *, uint32_t> item;
-        {
-            std::unique_lock<std::mutex> lock(m_queueMutex);
-            m_queueCondition.wait(lock, [this] { return m_stopping || !m_queue.empty(); });
-            if (m_queue.empty())
-                return;
-            item = m_queue.front();
-            m_queue.pop_front();
-        }
-        std::lock_guard<std::recursive_mutex> lock(m_devicesMutex);
-        const std::vector<SimDevice *> devices = m_devices;
-        for (SimDevice *device : devices) {
-            // A callback may release devices; deliver only to those still open.
-            if (device->camera() == item.first
-                && std::find(m_devices.begin(), m_devices.end(), device) != m_devices.end())
-                device->deliver(item.second);
-        }
-    }
-}
-
 // ---------------------------------------------------------------------------
 // SimDevice
 
@@ -755,12 +701,12 @@ SimDevice::SimDevice(SimSystem &system, std::shared_ptr<SimCamera> camera, uint3
     m_map._Connect(&m_port, "Device");
     SimCamera *cam = m_camera.get();
     m_params = std::make_unique<ParamArray>(m_map._Ptr, [cam] { return cam->reachable(); });
-    m_system.attach(this);
+    m_system.openDevices().attach(this);
 }
 
 SimDevice::~SimDevice()
 {
-    m_system.detach(this);
+    m_system.openDevices().detach(this);
     m_params.reset(); // before the node map it listens to
 }
 

@@ -4,6 +4,7 @@
 
 #include "backend.h"
 #include "interfacefeatures.h"
+#include "opendevices.h"
 #include "paramarray.h"
 
 #include <OrbCam/OrbCam.h>
@@ -11,13 +12,10 @@
 #include <GenApi/GenApi.h>
 
 #include <atomic>
-#include <condition_variable>
-#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace OrbCamImpl {
@@ -186,28 +184,18 @@ public:
 
     SimCamera *findCamera(const std::string &id) const;
     SimInterface *findInterface(const std::string &id) const;
-    void attach(SimDevice *device);
-    void detach(SimDevice *device);
+    OpenDevices &openDevices() { return m_open; }
     // Delivers the event to every open device of the camera, on the event thread.
-    void post(SimCamera *camera, uint32_t event);
+    void post(SimCamera *camera, uint32_t event) { m_open.post(camera, event); }
 
 private:
-    void eventLoop();
-
     std::vector<std::unique_ptr<SimInterface>> m_interfaces;
     InterfaceLists m_lists;
-
-    std::recursive_mutex m_devicesMutex;
-    std::vector<SimDevice *> m_devices;
-
-    std::mutex m_queueMutex;
-    std::condition_variable m_queueCondition;
-    std::deque<std::pair<SimCamera *, uint32_t>> m_queue;
-    bool m_stopping = false;
-    std::thread m_eventThread;
+    // Last: its thread ends before anything it could reach goes.
+    OpenDevices m_open;
 };
 
-class SimDevice final : public OrbCam::Device {
+class SimDevice final : public OrbCam::Device, public EventTarget {
 public:
     SimDevice(SimSystem &system, std::shared_ptr<SimCamera> camera, uint32_t access);
     ~SimDevice() override;
@@ -222,7 +210,8 @@ public:
 
     SimCamera *camera() const { return m_camera.get(); }
     SimSystem &system() const { return m_system; }
-    void deliver(uint32_t event);
+    const void *eventSource() const override { return m_camera.get(); }
+    void deliver(uint32_t event) override;
 
 private:
     // The camera's port as this device may use it.
