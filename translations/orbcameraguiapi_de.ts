@@ -1113,14 +1113,6 @@ OK überspringt die IP-Konfiguration, Ignorieren bestätigt sie.</translation>
         <translation>Feature-Baum exportieren</translation>
     </message>
     <message>
-        <source>JSON files (*.json)</source>
-        <translation>JSON-Dateien (*.json)</translation>
-    </message>
-    <message>
-        <source>Text files (*.txt)</source>
-        <translation>Textdateien (*.txt)</translation>
-    </message>
-    <message>
         <source>Cannot write %1: %2</source>
         <translation>%1 kann nicht geschrieben werden: %2</translation>
     </message>
@@ -1135,10 +1127,6 @@ OK überspringt die IP-Konfiguration, Ignorieren bestätigt sie.</translation>
     <message>
         <source>Save Settings</source>
         <translation>Einstellungen speichern</translation>
-    </message>
-    <message>
-        <source>Camera settings (*.txt)</source>
-        <translation>Kameraeinstellungen (*.txt)</translation>
     </message>
     <message>
         <source>Load Settings</source>
@@ -1176,6 +1164,22 @@ Trotzdem in diese Kamera laden?</translation>
     <message>
         <source>Undo</source>
         <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>JSON files</source>
+        <translation>JSON-Dateien</translation>
+    </message>
+    <message>
+        <source>Text files</source>
+        <translation>Textdateien</translation>
+    </message>
+    <message>
+        <source>Camera settings</source>
+        <translation>Kameraeinstellungen</translation>
     </message>
 </context>
 <context>

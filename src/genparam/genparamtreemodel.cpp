@@ -1,4 +1,5 @@
 #include "genparamtreemodel.h"
+#include "unittext.h"
 
 #include "accessreasons.h"
 
@@ -433,7 +434,7 @@ QVariant GenParamTreeModelPrivate::DisplayRoleImp(IValue *value) const
         case HexNumber:
             return QString::number(static_cast<qulonglong>(integer->GetValue()), 16).toUpper();
         default:
-            return QString::number(integer->GetValue()) + fromGc(integer->GetUnit());
+            return withUnit(QString::number(integer->GetValue()), fromGc(integer->GetUnit()));
         }
     }
     case intfIBoolean:
@@ -443,7 +444,8 @@ QVariant GenParamTreeModelPrivate::DisplayRoleImp(IValue *value) const
         return QStringLiteral("Execute");
     case intfIFloat: {
         auto *f = dynamic_cast<IFloat *>(value);
-        return QString::number(f->GetValue(), 'f', shownDecimals(f)) + fromGc(f->GetUnit());
+        return withUnit(QString::number(f->GetValue(), 'f', shownDecimals(f)),
+                        fromGc(f->GetUnit()));
     }
     case intfIString:
         return shownString(dynamic_cast<IString *>(value)->GetValue());
@@ -511,7 +513,8 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
                 combo->setFrame(false);
                 const QString unit = fromGc(integer->GetUnit());
                 for (int64_t v : integer->GetListOfValidValues(true))
-                    combo->addItem(QString::number(v) + unit, QVariant::fromValue<qlonglong>(v));
+                    combo->addItem(withUnit(QString::number(v), unit),
+                                   QVariant::fromValue<qlonglong>(v));
             } else {
                 auto *spin = new QtOrbSpinBoxVal64;
                 data = { spin, ControlData::SpinBox64 };
@@ -557,7 +560,7 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
                 combo->setFrame(false);
                 // Integer item data for a float list, as the delegate expects.
                 for (double v : f->GetListOfValidValues(true))
-                    combo->addItem(QString::number(v, 'g', 6) + unit,
+                    combo->addItem(withUnit(QString::number(v, 'g', 6), unit),
                                    QVariant::fromValue<qlonglong>(static_cast<qlonglong>(v)));
             } else {
                 auto *spin = new FeatureDoubleSpinBox;
@@ -567,7 +570,7 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
                 const int decimals = shownDecimals(f);
                 spin->setDecimals(decimals);
                 spin->setRange(f->GetMin(), f->GetMax());
-                spin->setSuffix(unit);
+                spin->setSuffix(unit.isEmpty() ? QString() : QLatin1Char(' ') + shownUnit(unit));
                 const bool fixed = f->GetIncMode() == fixedIncrement && f->GetInc() > 0;
                 // Most float features have no increment: the arrows still
                 // need a step that does something.

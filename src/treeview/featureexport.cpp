@@ -1,5 +1,7 @@
 #include "featureexport.h"
 
+#include "genparam/unittext.h"
+
 #include "genparam/genparamtreemodel.h"
 
 #include <QJsonArray>
@@ -126,7 +128,7 @@ QString featuresAsText(const std::vector<FeatureRecord> &features)
             out += f.path + QStringLiteral(": error: ") + oneLine(f.error) + kind;
         else
             out += f.path + QStringLiteral(" = ") + oneLine(f.value)
-                + (f.unit.isEmpty() ? QString() : QLatin1Char(' ') + f.unit) + kind;
+                + (f.unit.isEmpty() ? QString() : QLatin1Char(' ') + shownUnit(f.unit)) + kind;
     }
     return out;
 }

@@ -103,6 +103,7 @@ public:
     // category or no row.
     QString currentText(int what) const;
     void exportTo(bool json);
+    QString askForFile(const QString &title, const QString &kind, const QString &suffix, bool save);
     void undo();
     void goToFeature(const QString &name);
     void saveSettingsAsked();
@@ -298,13 +299,32 @@ QString OrbGenParamTreeViewPrivate::currentText(int what) const
     }
 }
 
+// Asks for a file to save to or to load from. Saving and loading offer the
+// same kind, and "All files" too; a name typed without an extension gets
+// the kind's, so that the file saved is the one the loading dialog offers.
+QString OrbGenParamTreeViewPrivate::askForFile(const QString &title, const QString &kind,
+                                               const QString &suffix, bool save)
+{
+    Q_Q(OrbGenParamTreeView);
+    QFileDialog dialog(q, title);
+    dialog.setObjectName(QStringLiteral("treeFileDialog"));
+    dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setNameFilters({ QStringLiteral("%1 (*.%2)").arg(kind, suffix),
+                            OrbGenParamTreeView::tr("All files (*)") });
+    dialog.setDefaultSuffix(suffix);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return QString();
+    return dialog.selectedFiles().first();
+}
+
 void OrbGenParamTreeViewPrivate::exportTo(bool json)
 {
     Q_Q(OrbGenParamTreeView);
-    const QString path
-        = QFileDialog::getSaveFileName(q, OrbGenParamTreeView::tr("Export Feature Tree"), QString(),
-                                       json ? OrbGenParamTreeView::tr("JSON files (*.json)")
-                                            : OrbGenParamTreeView::tr("Text files (*.txt)"));
+    const QString path = askForFile(OrbGenParamTreeView::tr("Export Feature Tree"),
+                                    json ? OrbGenParamTreeView::tr("JSON files")
+                                         : OrbGenParamTreeView::tr("Text files"),
+                                    json ? QStringLiteral("json") : QStringLiteral("txt"), true);
     if (path.isEmpty())
         return;
     QFile file(path);
@@ -371,8 +391,8 @@ void OrbGenParamTreeViewPrivate::saveSettingsAsked()
 {
     Q_Q(OrbGenParamTreeView);
     const QString title = OrbGenParamTreeView::tr("Save Settings");
-    const QString path = QFileDialog::getSaveFileName(
-        q, title, QString(), OrbGenParamTreeView::tr("Camera settings (*.txt)"));
+    const QString path = askForFile(title, OrbGenParamTreeView::tr("Camera settings"),
+                                    QStringLiteral("txt"), true);
     QString why;
     if (!path.isEmpty() && !q->saveSettings(path, &why))
         QMessageBox::warning(q, title, why);
@@ -382,8 +402,8 @@ void OrbGenParamTreeViewPrivate::loadSettingsAsked()
 {
     Q_Q(OrbGenParamTreeView);
     const QString title = OrbGenParamTreeView::tr("Load Settings");
-    const QString path = QFileDialog::getOpenFileName(
-        q, title, QString(), OrbGenParamTreeView::tr("Camera settings (*.txt)"));
+    const QString path = askForFile(title, OrbGenParamTreeView::tr("Camera settings"),
+                                    QStringLiteral("txt"), false);
     if (path.isEmpty())
         return;
     QString why;

@@ -1,5 +1,6 @@
 #include "orbcam/orbcamtest.h"
 #include "modeltest.h"
+#include "genparam/unittext.h"
 
 #include <OrbCam/OrbCam.h>
 #include <OrbCam/OrbCamSim.h>
@@ -250,10 +251,9 @@ void tst_GenParamTreeModel::display_data()
 {
     QTest::addColumn<QString>("feature");
     QTest::addColumn<QString>("text");
-    QTest::newRow("integer with unit") << "ExposureTime"
-                                       << "0us";
+    QTest::newRow("integer with unit") << "ExposureTime" << QStringLiteral("0 \u03BCs");
     QTest::newRow("float, fixed with precision") << "Gain"
-                                                 << "0.00dB";
+                                                 << "0.00 dB";
     QTest::newRow("enumeration") << "AnalogGain"
                                  << "Gain1x";
     QTest::newRow("boolean") << "ReverseX"
@@ -276,7 +276,7 @@ void tst_GenParamTreeModel::display_data()
     QTest::newRow("IPv4 by representation") << "OtherAddress"
                                             << "192.168.1.1";
     QTest::newRow("list of floats") << "Rates"
-                                    << "25.000000fps";
+                                    << "25.000000 fps";
 }
 
 void tst_GenParamTreeModel::display()
@@ -418,19 +418,19 @@ void tst_GenParamTreeModel::editors()
                                    QStringLiteral("Gain8x=3") }));
         else if (feature == QLatin1String("Binning"))
             QCOMPARE(items,
-                     QStringList({ QStringLiteral("1x=1"), QStringLiteral("2x=2"),
-                                   QStringLiteral("4x=4") }));
+                     QStringList({ QStringLiteral("1 x=1"), QStringLiteral("2 x=2"),
+                                   QStringLiteral("4 x=4") }));
         else if (feature == QLatin1String("Rates"))
             QCOMPARE(items,
-                     QStringList({ QStringLiteral("12.5fps=12"), QStringLiteral("25fps=25"),
-                                   QStringLiteral("50fps=50") }));
+                     QStringList({ QStringLiteral("12.5 fps=12"), QStringLiteral("25 fps=25"),
+                                   QStringLiteral("50 fps=50") }));
         else if (feature == QLatin1String("ReverseX"))
             QCOMPARE(items,
                      QStringList({ QStringLiteral("True=true"), QStringLiteral("False=false") }));
     } else if (auto *doubleSpin = qobject_cast<QDoubleSpinBox *>(widget.get())) {
         QCOMPARE(doubleSpin->decimals(), 2);
         QCOMPARE(doubleSpin->maximum(), 24.0);
-        QCOMPARE(doubleSpin->suffix(), QStringLiteral("dB"));
+        QCOMPARE(doubleSpin->suffix(), QStringLiteral(" dB"));
         QCOMPARE(doubleSpin->singleStep(), 0.5);
     } else if (auto *edit = qobject_cast<QLineEdit *>(widget.get())) {
         QCOMPARE(edit->validator() != nullptr, feature == QLatin1String("GevCurrentSubnetMask"));
@@ -482,14 +482,15 @@ void tst_GenParamTreeModel::writes_data()
     QTest::addColumn<QString>("feature");
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QString>("shown");
-    QTest::newRow("integer") << "ExposureTime" << QVariant(qlonglong(5000)) << "5000us";
+    QTest::newRow("integer") << "ExposureTime" << QVariant(qlonglong(5000))
+                             << QStringLiteral("5000 \u03BCs");
     QTest::newRow("IPv4 as text") << "GevCurrentIPAddress" << QVariant(QStringLiteral("10.0.0.2"))
                                   << "10.0.0.2";
-    QTest::newRow("float") << "Gain" << QVariant(6.5) << "6.50dB";
+    QTest::newRow("float") << "Gain" << QVariant(6.5) << "6.50 dB";
     QTest::newRow("float below the minimum writes the minimum")
-        << "Gain" << QVariant(-3.0) << "0.00dB";
+        << "Gain" << QVariant(-3.0) << "0.00 dB";
     QTest::newRow("float above the maximum writes the maximum")
-        << "Gain" << QVariant(99.0) << "24.00dB";
+        << "Gain" << QVariant(99.0) << "24.00 dB";
     QTest::newRow("boolean") << "ReverseX" << QVariant(true) << "True";
     QTest::newRow("string") << "DeviceUserID" << QVariant(QStringLiteral("Bay 4")) << "Bay 4";
     QTest::newRow("enumeration by number") << "TriggerMode" << QVariant(3) << "Auto";
@@ -756,7 +757,7 @@ void tst_GenParamTreeModel::nodeChangeNotifiesTheValueCell()
     QCoreApplication::processEvents();
     QCOMPARE(changedNames(changed), QStringList({ QStringLiteral("Temperature") }));
     QCOMPARE(valueCell(model, QStringLiteral("Temperature")).data().toString(),
-             QStringLiteral("31C"));
+             QStringLiteral("31 C"));
 }
 
 // Many changes in one turn become one signal per category, in row order.
@@ -898,7 +899,7 @@ void tst_GenParamTreeModel::viewsBuiltWhileAnotherThreadChangesTheCamera()
     const QModelIndex name = find(*model, QStringLiteral("ExposureTime"));
     QVERIFY(name.isValid());
     const QString expected
-        = QString::number(lowest + step) + QString::fromUtf8(exposure->GetUnit());
+        = withUnit(QString::number(lowest + step), QString::fromUtf8(exposure->GetUnit()));
     QTRY_COMPARE(name.sibling(name.row(), 1).data().toString(), expected);
 }
 
@@ -916,7 +917,7 @@ void tst_GenParamTreeModel::arrayConstructor()
         QCOMPARE(valueCell(model, QStringLiteral("DeviceSerialNumber")).data().toString(),
                  QStringLiteral("M1-2001"));
         QCOMPARE(valueCell(model, QStringLiteral("Gain")).data().toString(),
-                 QStringLiteral("2.5dB"));
+                 QStringLiteral("2.5 dB"));
         QVERIFY(!find(model, QStringLiteral("FrameAB_Selector")).isValid());
     }
 }

@@ -183,7 +183,7 @@ void tst_VisibilityFilter::proxyPassesModelTests()
     proxy.setFilterText(QString());
     GenApi::CIntegerPtr(map._GetNode("ExposureTime"))->SetValue(40);
     QCOMPARE(valueCell(proxy, QStringLiteral("ExposureTime")).data().toString(),
-             QStringLiteral("40us"));
+             QStringLiteral("40 \u03BCs"));
     QCOMPARE(tester.findings(), QStringList());
     QCOMPARE(wrongParents(proxy), QStringList());
 }

@@ -307,7 +307,7 @@ void tst_OrbGenParamTreeView::typeAndEnterWrites()
     // commits on its next pass through the event loop).
     QTRY_COMPARE(GenApi::CIntegerPtr(f.map._GetNode("ExposureTime"))->GetValue(), int64_t(1230));
     QTRY_VERIFY(!f.editor(cell));
-    QCOMPARE(cell.data().toString(), QStringLiteral("1230us"));
+    QCOMPARE(cell.data().toString(), QStringLiteral("1230 \u03BCs"));
 }
 
 void tst_OrbGenParamTreeView::clickElsewhereCommitsTheSpinBox()
@@ -582,7 +582,7 @@ void tst_OrbGenParamTreeView::pollingRepaintsLiveValues()
     QVERIFY(f.show());
     f.tree()->expandAll();
     const QModelIndex cell = f.value(QStringLiteral("Temperature"));
-    QCOMPARE(cell.data().toString(), QStringLiteral("0C"));
+    QCOMPARE(cell.data().toString(), QStringLiteral("0 C"));
     QSignalSpy changed(f.tree()->model(), &QAbstractItemModel::dataChanged);
     f.view->setPollingTime(50);
     f.view->enablePolling(true);
@@ -592,7 +592,7 @@ void tst_OrbGenParamTreeView::pollingRepaintsLiveValues()
     f.port.Write(&warm, 0x118, 4);
     QTRY_VERIFY(changed.count() > 0);
     QCOMPARE(changed.first().first().toModelIndex(), cell);
-    QCOMPARE(cell.data().toString(), QStringLiteral("37C"));
+    QCOMPARE(cell.data().toString(), QStringLiteral("37 C"));
     f.view->enablePolling(false);
 }
 
@@ -1068,21 +1068,19 @@ void tst_OrbGenParamTreeView::typedBeyondTheRange_data()
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("shown");
     QTest::addColumn<QString>("range");
-    QTest::newRow("integer above the maximum") << "ExposureTime"
-                                               << "500000"
-                                               << "100000us"
-                                               << "Min: 10, Max: 100000, Increment: 10";
-    QTest::newRow("integer snapped") << "ExposureTime"
-                                     << "1234"
-                                     << "1230us"
-                                     << "Min: 10, Max: 100000, Increment: 10";
+    QTest::newRow("integer above the maximum")
+        << "ExposureTime"
+        << "500000" << QStringLiteral("100000 \u03BCs") << "Min: 10, Max: 100000, Increment: 10";
+    QTest::newRow("integer snapped")
+        << "ExposureTime"
+        << "1234" << QStringLiteral("1230 \u03BCs") << "Min: 10, Max: 100000, Increment: 10";
     QTest::newRow("float above the maximum") << "Gain"
                                              << "25"
-                                             << "24.00dB"
+                                             << "24.00 dB"
                                              << "Min: 0.00, Max: 24.00, Increment: 0.50";
     QTest::newRow("float snapped") << "Gain"
                                    << "1.3"
-                                   << "1.50dB"
+                                   << "1.50 dB"
                                    << "Min: 0.00, Max: 24.00, Increment: 0.50";
 }
 

@@ -7,10 +7,17 @@
 
 #include <GenApi/GenApi.h>
 
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QMap>
+#include <QMessageBox>
 #include <QSet>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QtTest>
 
 #include <functional>
@@ -188,6 +195,7 @@ private Q_SLOTS:
     void refusals_data();
     void refusals();
     void unknownFeaturesAreReported();
+    void fileDialogsAgree();
 };
 
 void tst_TreeSettings::roundTripOnDescriptions_data()
@@ -383,6 +391,75 @@ void tst_TreeSettings::unknownFeaturesAreReported()
              qPrintable(problems[1]));
     QVERIFY2(problems[2].startsWith(QLatin1String("Width: ")), qPrintable(problems[2]));
     QCOMPARE(GenApi::CIntegerPtr(map._GetNode("Width"))->GetValue(), int64_t(320));
+}
+
+// The file saved under a name typed without an extension gets one, and the
+// loading dialog offers it; both offer "All files" too.
+void tst_TreeSettings::fileDialogsAgree()
+{
+    QCOMPARE(OrbCamSim::Reset(), OrbCamOk);
+    OrbCamErr err = OrbCamOk;
+    OrbCam::System *system = OrbCam_GetSystem(&err);
+    OrbCam::InterfaceList *interfaces = system->GetInterfaces(OrbCam::AllInterfaces);
+    OrbCam::Interface *gev = interfaces->First();
+    gev->UpdateDeviceList(nullptr, 200);
+    OrbCam::DeviceInfoList *infos = gev->GetDeviceInfoList();
+    OrbCam::Device *device = OrbCam_CreateDevice(infos->First(), OrbCam::AccessControl, 0, &err);
+    infos->Release();
+    QVERIFY(device);
+    QTemporaryDir dir;
+    {
+        OrbGenParamTreeView view(device->GetParams());
+        view.show();
+        QStringList saveFilters, loadFilters, offered;
+        // Plays the user: answers each file dialog with the next name, and
+        // closes what the load reports afterwards (not this test's concern).
+        struct Answer {
+            QStringList *filters;
+            QString name;
+            bool listOffered;
+        };
+        QList<Answer> answers { { &saveFilters, QStringLiteral("settings1"), false },
+                                { &loadFilters, QStringLiteral("settings1.txt"), true } };
+        QTimer user;
+        user.setInterval(20);
+        connect(&user, &QTimer::timeout, [&] {
+            QWidget *modal = QApplication::activeModalWidget();
+            if (auto *box = qobject_cast<QMessageBox *>(modal)) {
+                box->close();
+                return;
+            }
+            auto *dialog = qobject_cast<QFileDialog *>(modal);
+            if (!dialog || answers.isEmpty() || dialog->property("answered").toBool())
+                return;
+            dialog->setProperty("answered", true);
+            const Answer answer = answers.takeFirst();
+            *answer.filters = dialog->nameFilters();
+            dialog->setDirectory(dir.path());
+            if (answer.listOffered) {
+                // The dialog lists what its chosen filter's pattern matches.
+                const QString filter = dialog->selectedNameFilter();
+                const QString pattern = filter.mid(filter.indexOf(QLatin1Char('(')) + 1).chopped(1);
+                for (const QString &file : QDir(dir.path()).entryList(QDir::Files))
+                    if (QDir::match(pattern, file))
+                        offered << file;
+            }
+            dialog->selectFile(dir.filePath(answer.name));
+            QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
+        });
+        user.start();
+        view.findChild<QAction *>(QStringLiteral("actionSaveSettings"))->trigger();
+        QVERIFY(QFile::exists(dir.filePath(QStringLiteral("settings1.txt"))));
+        QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("settings1"))));
+        view.findChild<QAction *>(QStringLiteral("actionLoadSettings"))->trigger();
+        QVERIFY(answers.isEmpty());
+        QCOMPARE(saveFilters, loadFilters);
+        QVERIFY(saveFilters.contains(QStringLiteral("All files (*)")));
+        QVERIFY2(offered.contains(QStringLiteral("settings1.txt")),
+                 qPrintable(offered.join(QLatin1Char(','))));
+    }
+    OrbCam_ReleaseDevice(device);
+    OrbCam_ReleaseSystem(system);
 }
 
 QTEST_MAIN(tst_TreeSettings)
