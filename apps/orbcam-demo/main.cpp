@@ -35,6 +35,7 @@
 #include <QCommandLineParser>
 #include <QFormLayout>
 #include <QLabel>
+#include <QMap>
 #include <QScreen>
 #include <QPixmap>
 #include <QTimer>
@@ -595,6 +596,45 @@ int main(int argc, char **argv)
     }
     const QStringList doors = options.positionalArguments();
     const QString door = doors.isEmpty() ? QStringLiteral("tree") : doors.first();
+    // An option the door does not use, or a value it does not know, is
+    // said at once: silently ignored, it would show something else than
+    // what was asked for.
+    const QMap<QString, QStringList> doorOptions {
+        { QStringLiteral("config"), { QStringLiteral("camera") } },
+        { QStringLiteral("tree"),
+          { QStringLiteral("xml"), QStringLiteral("camera"), QStringLiteral("set"),
+            QStringLiteral("visibility"), QStringLiteral("select"), QStringLiteral("menu") } },
+        { QStringLiteral("select"), { QStringLiteral("poll") } },
+        { QStringLiteral("dialog"), { QStringLiteral("camera") } },
+        { QStringLiteral("widgets"), { QStringLiteral("camera") } },
+    };
+    if (doorOptions.contains(door)) {
+        const QStringList everywhere { QStringLiteral("backend"), QStringLiteral("config"),
+                                       QStringLiteral("screenshot"), QStringLiteral("help") };
+        for (const QString &name : options.optionNames())
+            if (!everywhere.contains(name) && !doorOptions.value(door).contains(name)) {
+                std::fprintf(stderr, "orbcam-demo: %s does not take --%s\n", qPrintable(door),
+                             qPrintable(name));
+                return 2;
+            }
+        if (doors.size() > (door == QLatin1String("dialog") ? 2 : 1)) {
+            std::fprintf(stderr, "orbcam-demo: %s does not take '%s'\n", qPrintable(door),
+                         qPrintable(doors.last()));
+            return 2;
+        }
+        if (options.isSet(QStringLiteral("xml")) && options.isSet(QStringLiteral("camera"))) {
+            std::fprintf(stderr, "orbcam-demo: tree shows --xml or --camera, not both\n");
+            return 2;
+        }
+        const QString level = options.value(QStringLiteral("visibility")).toLower();
+        if (options.isSet(QStringLiteral("visibility")) && level != QLatin1String("beginner")
+            && level != QLatin1String("expert") && level != QLatin1String("guru")) {
+            std::fprintf(stderr,
+                         "orbcam-demo: unknown visibility '%s' (beginner, expert or guru)\n",
+                         qPrintable(options.value(QStringLiteral("visibility"))));
+            return 2;
+        }
+    }
     // Whatever escapes a door ends in one line and exit status 2.
     try {
         if (door == QLatin1String("config"))

@@ -114,6 +114,24 @@ void tst_OrbCamDemo::badArguments_data()
                          QStringLiteral("/nonexistent.xml") }
         << "cannot load";
     QTest::newRow("unknown door") << QStringList { QStringLiteral("kitchen") } << "unknown door";
+    QTest::newRow("unknown visibility")
+        << QStringList { QStringLiteral("tree"), QStringLiteral("--visibility"),
+                         QStringLiteral("wizard") }
+        << "unknown visibility 'wizard'";
+    QTest::newRow("an option the door does not use")
+        << QStringList { QStringLiteral("config"), QStringLiteral("--xml"),
+                         QStringLiteral("/tmp/camera.xml") }
+        << "config does not take --xml";
+    QTest::newRow("polling in the tree")
+        << QStringList { QStringLiteral("tree"), QStringLiteral("--poll") }
+        << "tree does not take --poll";
+    QTest::newRow("a word too many")
+        << QStringList { QStringLiteral("widgets"), QStringLiteral("extra") }
+        << "widgets does not take 'extra'";
+    QTest::newRow("widgets on an unknown camera")
+        << QStringList { QStringLiteral("widgets"), QStringLiteral("--camera"),
+                         QStringLiteral("BOGUS/ID") }
+        << "no camera BOGUS/ID";
 }
 
 void tst_OrbCamDemo::badArguments()
