@@ -1183,6 +1183,17 @@ Trotzdem in diese Kamera laden?</translation>
     </message>
 </context>
 <context>
+    <name>OrbGui::QtOrbSpinBox</name>
+    <message>
+        <source>Out of range: %1 to %2. Enter writes nothing; Escape brings the value back.</source>
+        <translation>Außerhalb des Bereichs: %1 bis %2. Enter schreibt nichts; Escape stellt den Wert wieder her.</translation>
+    </message>
+    <message>
+        <source>Out of range: %1 to %2 in steps of %3. Enter writes nothing; Escape brings the value back.</source>
+        <translation>Außerhalb des Bereichs: %1 bis %2 in Schritten von %3. Enter schreibt nichts; Escape stellt den Wert wieder her.</translation>
+    </message>
+</context>
+<context>
     <name>OrbGui::SetIpDialog</name>
     <message>
         <source>IP Configuration OK</source>

@@ -69,11 +69,12 @@ public:
     void setValidateStepping(bool validate);
     bool buttonTracking() const;
     void setButtonTracking(bool tracking);
-    /// Off by default: a keystroke that would take the number beyond the
-    /// range is refused. On: it is accepted while typing, and the committed
-    /// number is limited to the range (then snapped), so that what the user
-    /// typed is never cut to a different number digit by digit. Editors of
-    /// camera features turn it on.
+    /// A number typed outside the range (or beyond 64 bits) is never
+    /// refused keystroke by keystroke nor limited to the range: it stays as
+    /// typed, the box is marked (red text, a tool tip with the range and the
+    /// step, the property "outOfRange"), Enter commits nothing while it is
+    /// outside, and Escape or leaving the field brings the value back. This
+    /// switch is kept for hosts that set it and no longer changes that.
     bool clampTyped() const;
     void setClampTyped(bool clamp);
 

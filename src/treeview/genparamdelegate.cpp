@@ -54,6 +54,10 @@ QString refusal(const QWidget *editor)
     if (auto *edit = qobject_cast<const QLineEdit *>(editor))
         if (qobject_cast<const AddressEditValidator *>(edit->validator()))
             return AddressEditValidator::refusal(edit->text());
+    // A number typed outside the range is neither limited nor written: the
+    // editor stays open with it, and says the range.
+    if (editor->property("outOfRange").toBool())
+        return editor->toolTip();
     return QString();
 }
 

@@ -1,6 +1,7 @@
 #include <OrbGui/qtorbspinboxval64.h>
 
 #include "int64validator.h"
+#include "outofrange_p.h"
 #include "snapping.h"
 
 #include <QApplication>
@@ -43,7 +44,11 @@ public:
     QString fullText(qlonglong v) const { return prefix + q_ptr->textFromValue(v) + suffix; }
     qlonglong snapped(qlonglong v) const;
     void commit(qlonglong v);
-    bool commitTypedText(bool discard);
+    bool commitTypedText(bool discard, bool keepOutside = false);
+    // Whether `number` is written as a number (a sign, digits of the base),
+    // whatever its size.
+    bool looksLikeNumber(const QString &number) const;
+    void followTyping();
     // value + steps * singleStep, or false when that leaves the 64-bit range.
     bool stepped(qlonglong from, int steps, qlonglong *result) const;
     void startStepping(bool discardTyped);
@@ -115,7 +120,25 @@ void QtOrbSpinBoxVal64Private::commit(qlonglong v)
     pendingValue = value;
 }
 
-bool QtOrbSpinBoxVal64Private::commitTypedText(bool discard)
+bool QtOrbSpinBoxVal64Private::looksLikeNumber(const QString &number) const
+{
+    int digits = 0;
+    for (int i = 0; i < number.size(); ++i) {
+        const QChar c = number.at(i);
+        if (i == 0 && c == QLatin1Char('-'))
+            continue;
+        bool ok = false;
+        QString(c).toInt(&ok, displayIntegerBase);
+        if (!ok)
+            return false;
+        ++digits;
+    }
+    return digits > 0;
+}
+
+// Enter (keepOutside) leaves a number outside the range as typed, marked,
+// and writes nothing; leaving the field or discarding brings the value back.
+bool QtOrbSpinBoxVal64Private::commitTypedText(bool discard, bool keepOutside)
 {
     Q_Q(QtOrbSpinBoxVal64);
     textDirty = false;
@@ -123,15 +146,34 @@ bool QtOrbSpinBoxVal64Private::commitTypedText(bool discard)
     if (displayIntegerBase == 10)
         number.remove(q->locale().groupSeparator());
     bool ok = false;
-    qlonglong v = number.toLongLong(&ok, displayIntegerBase);
-    if (ok && clampTyped)
-        v = qBound(minimum, v, maximum);
+    const qlonglong v = number.toLongLong(&ok, displayIntegerBase);
     if (ok && !discard && v >= minimum && v <= maximum) {
         commit(v);
+        followTyping();
         return true;
     }
+    if (!discard && keepOutside && (ok || looksLikeNumber(number))) {
+        textDirty = true;
+        followTyping();
+        return false;
+    }
     q->lineEdit()->setText(fullText(value));
+    followTyping();
     return false;
+}
+
+void QtOrbSpinBoxVal64Private::followTyping()
+{
+    Q_Q(QtOrbSpinBoxVal64);
+    QString number = numberPart(q->lineEdit()->text());
+    if (displayIntegerBase == 10)
+        number.remove(q->locale().groupSeparator());
+    bool ok = false;
+    const qlonglong v = number.toLongLong(&ok, displayIntegerBase);
+    const bool outside = ok ? (v < minimum || v > maximum) : looksLikeNumber(number);
+    markOutOfRange(q, q->lineEdit(), outside, QString::number(minimum, displayIntegerBase),
+                   QString::number(maximum, displayIntegerBase),
+                   validateStepping && singleStep > 1 ? QString::number(singleStep) : QString());
 }
 
 bool QtOrbSpinBoxVal64Private::stepped(qlonglong from, int steps, qlonglong *result) const
@@ -195,6 +237,7 @@ void QtOrbSpinBoxVal64Private::onTextEdited()
 {
     Q_Q(QtOrbSpinBoxVal64);
     textDirty = true;
+    followTyping();
     if (q->keyboardTracking())
         commitTypedText(false);
 }
@@ -220,7 +263,9 @@ bool QtOrbSpinBoxVal64Private::EventAnalyzer::eventFilter(QObject *watched, QEve
         if (isSteppingKey(key))
             d->startStepping(d->ignoreFocusOut);
         else if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)
-            d->commitTypedText(false);
+            d->commitTypedText(false, true);
+        else if (key->key() == Qt::Key_Escape && d->q_ptr->property("outOfRange").toBool())
+            d->commitTypedText(true);
         break;
     }
     case QEvent::KeyRelease:
@@ -427,12 +472,11 @@ QValidator::State QtOrbSpinBoxVal64::validate(QString &input, int &pos) const
     Q_D(const QtOrbSpinBoxVal64);
     QString number = d->numberPart(input);
     const QValidator::State state = d->validator.validate(number, pos);
-    if (state == QValidator::Invalid && d->clampTyped) {
-        bool ok = false;
-        number.toLongLong(&ok, d->displayIntegerBase);
-        if (ok) // a number beyond the range: limited when committed
-            return QValidator::Intermediate;
-    }
+    // A number outside the range (or beyond 64 bits) stays as typed: refusing
+    // the keystroke would change it into another number (70000 into 7000).
+    if (state == QValidator::Invalid
+        && (number == QLatin1String("-") || d->looksLikeNumber(number)))
+        return QValidator::Intermediate;
     return state;
 }
 

@@ -263,12 +263,17 @@ void tst_FrameDialogs::frameExposureSplit()
     OrbCamConfigFrameABDialog dialog(camera.device.device);
     QVERIFY(show(&dialog));
     auto *time = child<QtOrbSliderSpinBox>(&dialog, "spBoxExpTime");
+    const int64_t linesBefore = valueOf(camera, "Frame_ExposureLines");
     typeInto(time->spinBox(), QString::number(microseconds));
-    // A time shorter than one line (the camera's least exposure) is taken
-    // as that least time, rounded up to whole microseconds.
-    int64_t taken = microseconds;
-    while (taken * pixelClock < lineTime)
-        ++taken;
+    // A time shorter than one line (the camera's least exposure) is outside
+    // the range: it stays as typed, marked, and nothing is written.
+    if (microseconds * pixelClock < lineTime) {
+        QVERIFY(time->spinBox()->property("outOfRange").toBool());
+        QCOMPARE(time->spinBox()->text(), QString::number(microseconds));
+        QCOMPARE(valueOf(camera, "Frame_ExposureLines"), linesBefore);
+        return;
+    }
+    const int64_t taken = microseconds;
     // Independently: whole lines first, the rest in clocks.
     const int64_t clocksTotal = taken * pixelClock;
     int64_t lines = 0;

@@ -6,6 +6,7 @@
 #include <OrbGui/qtorbspinboxval.h>
 #include <OrbGui/qtorbspinboxval64.h>
 
+#include <QAbstractSpinBox>
 #include <QLabel>
 #include <QScreen>
 #include <QLineEdit>
@@ -44,6 +45,8 @@ private Q_SLOTS:
     void compoundReadOnlyHidesButton();
     void compoundPopupBesideButton_data();
     void compoundPopupBesideButton();
+    void typingOutsideTheRange_data();
+    void typingOutsideTheRange();
     void compoundPopupKeys_data();
     void compoundPopupKeys();
     void compoundPopupClosesOnFocusOut();
@@ -386,6 +389,110 @@ void TestSpinBoxes::compoundPopupBesideButton()
     QVERIFY2(grooveLength > 4 * handleLength, qPrintable(QString::number(grooveLength)));
     QVERIFY(slider->minLabel()->isVisible() && slider->maxLabel()->isVisible());
     QCOMPARE(slider->scaleType() == QtOrbSlider::Logarithmic, logarithmic);
+}
+
+void TestSpinBoxes::typingOutsideTheRange_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("written"); // empty: nothing
+    for (const char *kind : { "QtOrbSpinBox", "QtOrbSpinBoxVal", "QtOrbDoubleSpinBoxVal" }) {
+        QTest::addRow("%s, above the maximum", kind) << kind << "5000" << QString();
+        QTest::addRow("%s, below the minimum", kind) << kind << "-5" << QString();
+        QTest::addRow("%s, too many digits", kind) << kind << "99999999999999999999" << QString();
+        QTest::addRow("%s, off the increment", kind) << kind << "634"
+                                                     << "630";
+        QTest::addRow("%s, in the range", kind) << kind << "640"
+                                                << "640";
+    }
+}
+
+// What the user types stays as typed, key by key; Enter writes nothing
+// while it is outside the range (the box is marked and says the range), or
+// exactly the value the box then shows; Escape writes nothing and brings
+// the value back.
+void TestSpinBoxes::typingOutsideTheRange()
+{
+    QFETCH(QString, kind);
+    QFETCH(QString, typed);
+    QFETCH(QString, written);
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    QAbstractSpinBox *box = nullptr;
+    QWidget *marked = nullptr;
+    QStringList announced;
+    std::function<QString()> shown;
+    if (kind == QLatin1String("QtOrbSpinBox")) {
+        auto *compound = new QtOrbSpinBox;
+        compound->setRange(0, 1000);
+        compound->setSingleStep(10);
+        compound->setValue(100);
+        compound->setValidate(true);
+        compound->setValidateTyping(false);
+        connect(compound, QOverload<int>::of(&QtOrbSpinBox::valueChanged),
+                [&](int v) { announced << QString::number(v); });
+        layout->addWidget(compound);
+        box = compound->spinBox();
+        marked = box;
+        shown = [compound] { return QString::number(compound->value()); };
+    } else if (kind == QLatin1String("QtOrbSpinBoxVal")) {
+        auto *spin = new QtOrbSpinBoxVal;
+        spin->setRange(0, 1000);
+        spin->setSingleStep(10);
+        spin->setValue(100);
+        spin->setValidate(true);
+        spin->setValidateTyping(false);
+        connect(spin, QOverload<int>::of(&QSpinBox::valueChanged),
+                [&](int v) { announced << QString::number(v); });
+        layout->addWidget(spin);
+        box = spin;
+        marked = spin;
+        shown = [spin] { return QString::number(spin->value()); };
+    } else {
+        auto *spin = new QtOrbDoubleSpinBoxVal;
+        spin->setDecimals(0);
+        spin->setRange(0, 1000);
+        spin->setSingleStep(10);
+        spin->setValue(100);
+        spin->setValidate(true);
+        spin->setValidateTyping(false);
+        connect(spin, QOverload<double>::of(&QDoubleSpinBox::valueChanged),
+                [&](double v) { announced << QString::number(v); });
+        layout->addWidget(spin);
+        box = spin;
+        marked = spin;
+        shown = [spin] { return QString::number(spin->value()); };
+    }
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClick(box, Qt::Key_Delete);
+    for (int i = 0; i < typed.size(); ++i) {
+        QTest::keyClick(box, typed.at(i).toLatin1());
+        QCOMPARE(box->text(), typed.left(i + 1));
+    }
+    QTest::keyClick(box, Qt::Key_Return);
+    if (written.isEmpty()) {
+        QVERIFY(announced.isEmpty());
+        QCOMPARE(box->text(), typed);
+        QVERIFY(marked->property("outOfRange").toBool());
+        // The range as the box writes its numbers (the 64-bit box without
+        // group separators).
+        QVERIFY2(marked->toolTip().contains(QStringLiteral("1000"))
+                     || marked->toolTip().contains(box->locale().toString(1000)),
+                 qPrintable(marked->toolTip()));
+        QTest::keyClick(box, Qt::Key_Escape);
+        QVERIFY(announced.isEmpty());
+        QCOMPARE(box->text(), QStringLiteral("100"));
+        QVERIFY(!marked->property("outOfRange").toBool());
+    } else {
+        QCOMPARE(announced, QStringList { written });
+        QCOMPARE(shown(), written);
+        QCOMPARE(box->text(), written);
+        QVERIFY(!marked->property("outOfRange").toBool());
+    }
 }
 
 // Keys move the number but announce nothing until Enter; Escape takes the
