@@ -4,6 +4,7 @@
 #define ORBGUI_TESTS_MODALTEST_H
 
 #include <QApplication>
+#include <QMessageBox>
 #include <QTimer>
 #include <QWidget>
 
@@ -23,5 +24,23 @@ inline void onNextModal(std::function<void(QWidget *)> act)
     });
     timer->start();
 }
+
+// Closes every message box that opens while it lives, and counts them: for
+// tests where no message may come.
+struct MessageBoxCounter {
+    MessageBoxCounter()
+    {
+        timer.setInterval(10);
+        QObject::connect(&timer, &QTimer::timeout, [this] {
+            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                ++count;
+                box->close();
+            }
+        });
+        timer.start();
+    }
+    QTimer timer;
+    int count = 0;
+};
 
 #endif

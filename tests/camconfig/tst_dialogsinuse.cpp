@@ -810,20 +810,11 @@ void tst_DialogsInUse::frameGainNotWritable()
     QVERIFY(show(&dialog));
     auto *gain = child<QtOrbGainSlider>(&dialog, "spBoxDigitalGain");
     const double before = gain->value();
-    int messages = 0;
-    QTimer watcher;
-    watcher.setInterval(10);
-    connect(&watcher, &QTimer::timeout, [&messages] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            ++messages;
-            box->close();
-        }
-    });
-    watcher.start();
+    MessageBoxCounter messages;
     QCOMPARE(OrbCamSim::LoseCamera(id), OrbCamOk);
     gain->setValue(before + 1.0);
     QTest::qWait(100);
-    QCOMPARE(messages, 0);
+    QCOMPARE(messages.count, 0);
     QCOMPARE(OrbCamSim::RegainCamera(id), OrbCamOk);
 }
 

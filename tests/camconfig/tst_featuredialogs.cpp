@@ -1,6 +1,7 @@
 // The trigger, strobe and pulse generator dialogs on both simulated camera
 // models (the monochrome one lacks features), driven with real input.
 #include "dialogtest.h"
+#include "modaltest.h"
 #include "widgets/widgettest.h"
 
 #include <OrbGui/orbcamconfigpulsedialog.h>
@@ -343,16 +344,7 @@ void tst_FeatureDialogs::cameraLostWhileDragging()
     QVERIFY(show(&dialog));
     auto *delay = child<QtOrbSliderSpinBox>(&dialog, "spBoxStrobe1Delay");
     QSlider *inner = delay->slider()->slider();
-    int messages = 0;
-    QTimer watcher;
-    watcher.setInterval(10);
-    connect(&watcher, &QTimer::timeout, [&messages] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            ++messages;
-            box->accept();
-        }
-    });
-    watcher.start();
+    MessageBoxCounter messages;
     QCOMPARE(OrbCamSim::LoseCamera(id), OrbCamOk);
     const QPoint start = WidgetTest::handleCentre(inner);
     QTest::mousePress(inner, Qt::LeftButton, Qt::NoModifier, start);
@@ -364,7 +356,7 @@ void tst_FeatureDialogs::cameraLostWhileDragging()
     QTest::mouseRelease(inner, Qt::LeftButton, Qt::NoModifier, start + QPoint(60, 0));
     QTRY_VERIFY(!delay->isEnabled());
     QTest::qWait(50);
-    QCOMPARE(messages, 0);
+    QCOMPARE(messages.count, 0);
     QCOMPARE(OrbCamSim::RegainCamera(id), OrbCamOk);
     QCOMPARE(camera.params()->GetInt("Strobe1Delay")->SetValue(4321), OrbCamOk);
     QTRY_COMPARE(delay->value(), 4321);

@@ -60,6 +60,17 @@ bool ackHeader(const uint8_t *bytes, size_t size, uint16_t answer, uint16_t requ
     return *payload <= size - 8;
 }
 
+// Every command's 8-byte header.
+void commandHeader(uint8_t *packet, uint8_t flags, uint16_t command, size_t length,
+                   uint16_t requestId)
+{
+    packet[0] = 0x42;
+    packet[1] = flags;
+    put16(packet + 2, command);
+    put16(packet + 4, static_cast<uint16_t>(length));
+    put16(packet + 6, requestId);
+}
+
 uint16_t nextRequestId()
 {
     static std::atomic<uint16_t> next { 1 };
@@ -82,11 +93,8 @@ std::array<uint8_t, GvcpForceIpSize> forceIpCommand(uint64_t mac, uint32_t ip, u
                                                     uint32_t gateway, uint16_t requestId)
 {
     std::array<uint8_t, GvcpForceIpSize> packet {};
-    packet[0] = 0x42;
-    packet[1] = 0x01; // acknowledge required
-    put16(&packet[2], GvcpForceIpCommand);
-    put16(&packet[4], GvcpForceIpSize - 8);
-    put16(&packet[6], requestId);
+    commandHeader(packet.data(), 0x01 /* acknowledge required */, GvcpForceIpCommand,
+                  GvcpForceIpSize - 8, requestId);
     uint8_t *payload = &packet[8];
     put16(payload + 2, static_cast<uint16_t>(mac >> 32));
     put32(payload + 4, static_cast<uint32_t>(mac));
@@ -106,10 +114,8 @@ int forceIpAckStatus(const uint8_t *bytes, size_t size, uint16_t requestId)
 std::array<uint8_t, 8> discoveryCommand(uint16_t requestId)
 {
     std::array<uint8_t, 8> packet {};
-    packet[0] = 0x42;
-    packet[1] = 0x11; // acknowledge required, broadcast answer allowed
-    put16(&packet[2], GvcpDiscoveryCommand);
-    put16(&packet[6], requestId);
+    // Acknowledge required, and it may come as a broadcast.
+    commandHeader(packet.data(), 0x11, GvcpDiscoveryCommand, 0, requestId);
     return packet;
 }
 
@@ -139,11 +145,7 @@ bool parseDiscoveryAck(const uint8_t *bytes, size_t size, uint16_t requestId, Gv
 std::array<uint8_t, 12> readRegisterCommand(uint32_t address, uint16_t requestId)
 {
     std::array<uint8_t, 12> packet {};
-    packet[0] = 0x42;
-    packet[1] = 0x01;
-    put16(&packet[2], GvcpReadRegCommand);
-    put16(&packet[4], 4);
-    put16(&packet[6], requestId);
+    commandHeader(packet.data(), 0x01, GvcpReadRegCommand, 4, requestId);
     put32(&packet[8], address);
     return packet;
 }
