@@ -84,8 +84,7 @@ public:
         parseMAC(seen.physicalId, m_mac);
     }
     // With the system's state lock held: what the camera said of itself in
-    // our own discovery, and whether another application controls it (the
-    // status it answers a read of its privilege register with).
+    // our own discovery.
     void said(const GvcpCamera &camera) { m_said = camera; }
     const GvcpCamera &said() const { return m_said; }
     const std::string &aravisId() const { return m_seen.id; }
@@ -97,7 +96,8 @@ public:
     bool present = false;
     AravisInterface *owner = nullptr;
     bool inSubnet = true;
-    // What another application's hold leaves us: AccessReadWrite when none.
+    // What another application's hold leaves us (read from the camera's
+    // privilege register): AccessReadWrite when none.
     uint32_t held = OrbCam::AccessReadWrite;
 
 private:
