@@ -89,20 +89,24 @@ Verdict ownVerdict(const QModelIndex &index, int visibility, const QRegExp &filt
     // below it: dozens of empty categories hid the matches.
     if (node->GetPrincipalInterfaceType() == intfICategory)
         return Verdict::AskChildren;
-    const QString name = QString::fromUtf8(node->GetDisplayName().c_str());
-    if (!wholeWords)
-        return filterRegExp.indexIn(name) >= 0 ? Verdict::Show : Verdict::Hide;
-    // Whole words: the pattern matches the whole name or one of its words
-    // ("gain" finds "Analog Gain", not "Gainsborough").
-    if (filterRegExp.exactMatch(name))
-        return Verdict::Show;
-    static const QRegExp separators(QStringLiteral("[^\\w]+"));
-    const QStringList words = name.split(separators, Qt::SkipEmptyParts);
-    return std::any_of(
-               words.begin(), words.end(),
-               [&filterRegExp](const QString &word) { return filterRegExp.exactMatch(word); })
-        ? Verdict::Show
-        : Verdict::Hide;
+    // The name shown and the feature's own name (the one the description
+    // pane and the host's code use) both find it.
+    const QString names[] = { QString::fromUtf8(node->GetDisplayName().c_str()),
+                              QString::fromUtf8(node->GetName().c_str()) };
+    const auto matches = [&](const QString &name) {
+        if (!wholeWords)
+            return filterRegExp.indexIn(name) >= 0;
+        // Whole words: the pattern matches the whole name or one of its
+        // words ("gain" finds "Analog Gain", not "Gainsborough").
+        if (filterRegExp.exactMatch(name))
+            return true;
+        static const QRegExp separators(QStringLiteral("[^\\w]+"));
+        const QStringList words = name.split(separators, Qt::SkipEmptyParts);
+        return std::any_of(words.begin(), words.end(), [&filterRegExp](const QString &word) {
+            return filterRegExp.exactMatch(word);
+        });
+    };
+    return std::any_of(std::begin(names), std::end(names), matches) ? Verdict::Show : Verdict::Hide;
 }
 
 } // namespace

@@ -117,8 +117,12 @@ void tst_VisibilityFilter::nameFilter_data()
     QTest::newRow("case-sensitive") << "gain" << false << true << QStringList() << QStringList();
     QTest::newRow("display name, not node name")
         << "User*" << true << false << names("User Name") << acquisition;
-    QTest::newRow("node name does not count")
-        << "DeviceUserID" << false << false << QStringList() << QStringList();
+    // The feature's own name finds it too: the description pane shows it,
+    // and hosts know their features by it.
+    QTest::newRow("node name finds it too")
+        << "DeviceUserID" << false << false << names("User Name") << acquisition;
+    QTest::newRow("node name, whole words")
+        << "deviceuserid" << true << false << names("User Name") << acquisition;
     QTest::newRow("single character wildcard")
         << "Ra?es" << true << false << names("Rates") << acquisition;
     QTest::newRow("a match in another category")
