@@ -62,7 +62,7 @@ public:
     void readFrameState();
     void forgetParameters();
     void tick();
-    void refreshFrame(bool b);
+    void refreshFrames();
     std::optional<QString> number(const char *name, int64_t *value = nullptr) const;
     void showTemperature();
     void clearPanel();
@@ -352,8 +352,7 @@ void OrbCamConfigPrivate::OnParameterUpdate(OrbGenParam::Param *)
         if (!params)
             return;
         readFrameState();
-        refreshFrame(false);
-        refreshFrame(true);
+        refreshFrames();
     });
 }
 
@@ -414,21 +413,19 @@ void OrbCamConfigPrivate::markColumn(bool b, bool current)
     }
 }
 
-// Reads the selected frame's values into its own column only. The window
-// leaves the rule that reads whatever the selector names into a column
-// chosen by the frame mode: that put frame A's numbers under frame B's
-// heading. A column never shows another frame's values.
-void OrbCamConfigPrivate::refreshFrame(bool b)
+// Reads the selected frame's values into its own column only, the selector
+// read once; the other column is marked as not current. The window leaves
+// the rule that reads whatever the selector names into a column chosen by
+// the frame mode: that put frame A's numbers under frame B's heading. A
+// column never shows another frame's values.
+void OrbCamConfigPrivate::refreshFrames()
 {
     if (!params)
         return;
-    if (b && !frameABSupport)
-        return;
-    if (frameABSupport && selectedIsB() != b) {
-        markColumn(b, false);
-        return;
-    }
+    const bool b = frameABSupport && selectedIsB();
     markColumn(b, true);
+    if (frameABSupport)
+        markColumn(!b, false);
     const std::optional<QString> width = number("Width");
     const std::optional<QString> height = number("Height");
     if (width || height)
@@ -485,9 +482,7 @@ void OrbCamConfigPrivate::tick()
     // Each column reads only while its frame is selected; the other one is
     // marked as not current.
     refreshBoth = false;
-    refreshFrame(false);
-    if (frameABSupport)
-        refreshFrame(true);
+    refreshFrames();
 }
 
 void OrbCamConfigPrivate::updateStatusBar()
@@ -518,8 +513,7 @@ void OrbCamConfigPrivate::finalAdjustment()
            static_cast<QWidget *>(ui.lineEditFtmFrameB),
            static_cast<QWidget *>(ui.lineEditExpFrameB) })
         columnB->setVisible(frameABSupport);
-    refreshFrame(false);
-    refreshFrame(true);
+    refreshFrames();
     for (const Pane &pane : panes()) {
         const bool visible = pane.action->isVisible() && pane.action->isChecked()
             && (pane.button != ui.pushBtnFrameAB || frameABSupport);
