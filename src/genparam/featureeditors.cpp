@@ -1,5 +1,6 @@
 #include "featureeditors.h"
 
+#include "widgets/outofrange_p.h"
 #include "widgets/snapping.h"
 
 #include <QLineEdit>
@@ -12,6 +13,30 @@ namespace OrbGui {
 FeatureDoubleSpinBox::FeatureDoubleSpinBox(QWidget *parent)
     : QDoubleSpinBox(parent)
 {
+    connect(lineEdit(), &QLineEdit::textChanged, this, &FeatureDoubleSpinBox::followTyping);
+}
+
+void FeatureDoubleSpinBox::followTyping()
+{
+    double typed = 0;
+    const bool outside
+        = readNumber(lineEdit()->text(), &typed) && (typed < minimum() || typed > maximum());
+    markOutOfRange(this, lineEdit(), outside, textFromValue(minimum()), textFromValue(maximum()),
+                   m_increment > 0 ? textFromValue(m_increment) : QString());
+}
+
+bool FeatureDoubleSpinBox::showCommitted()
+{
+    double typed = 0;
+    if (!readNumber(lineEdit()->text(), &typed) || typed < minimum() || typed > maximum())
+        return false;
+    const double snapped
+        = m_increment > 0 ? snapToGrid(typed, minimum(), maximum(), m_increment) : typed;
+    double committed = 0;
+    if (!readNumber(textFromValue(snapped), &committed) || committed == typed)
+        return false;
+    setValue(committed);
+    return true;
 }
 
 double FeatureDoubleSpinBox::usefulStep(double minimum, double maximum, int decimals)
@@ -40,16 +65,15 @@ QValidator::State FeatureDoubleSpinBox::validate(QString &text, int &pos) const
     const QValidator::State state = QDoubleSpinBox::validate(text, pos);
     double value = 0;
     if (state == QValidator::Invalid && readNumber(text, &value))
-        return QValidator::Intermediate; // beyond the range: limited on commit
+        return QValidator::Intermediate; // kept as typed; marked when outside
     return state;
 }
 
 void FeatureDoubleSpinBox::fixup(QString &text) const
 {
+    // A typed number is never limited to the range: the user sees it refused.
     double value = 0;
-    if (readNumber(text, &value))
-        text = textFromValue(qBound(minimum(), value, maximum()));
-    else
+    if (!readNumber(text, &value))
         QDoubleSpinBox::fixup(text);
 }
 
@@ -66,17 +90,11 @@ QValidator::State AddressEditValidator::validate(QString &input, int &pos) const
     const State state = IP4Validator::validate(input, pos);
     if (state != Invalid)
         return state;
-    // Invalid only because a number is above 255: let it be typed.
-    const QStringList parts = input.split(QLatin1Char('.'));
-    if (parts.size() > 4)
-        return Invalid;
-    for (const QString &part : parts) {
-        const QString trimmed = part.trimmed();
-        bool ok = false;
-        trimmed.toUInt(&ok, 10);
-        if (!trimmed.isEmpty() && (!ok || trimmed.size() > 3))
+    // Invalid only because of a number too large or a part too many: kept,
+    // and refused with the reason on Enter.
+    for (const QChar c : input)
+        if (!c.isDigit() && c != QLatin1Char('.') && c != QLatin1Char(' '))
             return Invalid;
-    }
     return Intermediate;
 }
 

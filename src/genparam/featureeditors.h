@@ -10,10 +10,11 @@
 
 namespace OrbGui {
 
-// A float feature's editor. A number beyond the range can be typed (it is
-// limited to the range when committed, never cut digit by digit while
-// typing); with an increment, the committed number is snapped to the grid
-// counted from the minimum.
+// A float feature's editor. Any number can be typed, beyond the range or
+// with more decimals than the feature shows, and stays as typed: outside the
+// range the editor is marked and nothing is committed; with an increment the
+// committed number is snapped to the grid counted from the minimum, and
+// showCommitted() shows that number before it is written.
 class FeatureDoubleSpinBox : public QDoubleSpinBox {
     Q_OBJECT
 
@@ -30,18 +31,25 @@ public:
     // acceleration) crosses the range in reasonable time.
     static double usefulStep(double minimum, double maximum, int decimals);
 
+    // Puts the number a commit would take (snapped, rounded to the shown
+    // decimals) into the field when it is not the number typed, and says
+    // whether it did; the value itself is not committed.
+    bool showCommitted();
+
     QValidator::State validate(QString &text, int &pos) const override;
     void fixup(QString &text) const override;
     double valueFromText(const QString &text) const override;
 
 private:
     bool readNumber(const QString &text, double *value) const;
+    void followTyping();
     double m_increment = 0;
 };
 
 // The address field of an IPv4 feature: unlike the validator of the
-// address dialogs, an empty field is not an address here, and a number
-// above 255 can be typed so that the refusal can say why.
+// address dialogs, an empty field is not an address here, and digits and
+// points are kept as typed (a number above 255, a fourth digit) so that the
+// refusal can say why.
 class AddressEditValidator : public IP4Validator {
     Q_OBJECT
 

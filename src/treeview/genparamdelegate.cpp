@@ -61,6 +61,25 @@ QString refusal(const QWidget *editor)
     return QString();
 }
 
+// A number that would not be written as typed (off the feature's increment,
+// more decimals than it has) is first shown as the number that would be:
+// true when the editor's text was changed to it. Nothing is written here.
+bool showWhatWouldBeWritten(QWidget *editor)
+{
+    if (auto *spin = qobject_cast<QtOrbSpinBoxVal64 *>(editor)) {
+        bool ok = false;
+        const QString typed = spin->text().trimmed();
+        const qlonglong number = spin->displayIntegerBase() == 10
+            ? spin->locale().toLongLong(typed, &ok)
+            : typed.toLongLong(&ok, spin->displayIntegerBase());
+        spin->commitText();
+        return ok && number != spin->value();
+    }
+    if (auto *box = qobject_cast<FeatureDoubleSpinBox *>(editor))
+        return box->showCommitted();
+    return false;
+}
+
 void showNear(QWidget *editor, const QString &text)
 {
     QToolTip::showText(editor->mapToGlobal(QPoint(0, editor->height())), text, editor);
@@ -175,6 +194,12 @@ bool GenParamDelegate::eventFilter(QObject *object, QEvent *event)
                 showNear(editor, reason);
                 return true; // the editor stays open with what was typed
             }
+            if (showWhatWouldBeWritten(editor)) {
+                showNear(editor,
+                         tr("This is the nearest value the feature takes. Enter writes "
+                            "it; Escape leaves the feature as it was."));
+                return true;
+            }
         }
     }
     return QStyledItemDelegate::eventFilter(object, event);
@@ -261,14 +286,15 @@ void GenParamDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
         return; // untouched
     if (!refusal(editor).isEmpty())
         return; // no value to write (left with an incomplete address)
-    if (auto *spin = qobject_cast<QtOrbSpinBoxVal64 *>(editor)) {
-        // The box commits typed text on Enter through its own event filter,
-        // which runs after this delegate's: commit it here so that what the
-        // user typed is what gets written.
-        spin->commitText();
-    } else if (auto *doubleSpin = qobject_cast<QDoubleSpinBox *>(editor)) {
+    // Left (by a click elsewhere) with a number that would be written as
+    // another: the user never saw that one, so nothing is written.
+    if (showWhatWouldBeWritten(editor))
+        return;
+    // The box commits typed text on Enter through its own event filter, which
+    // runs after this delegate's: it was committed above, so that what the
+    // user typed is what gets written.
+    if (auto *doubleSpin = qobject_cast<QDoubleSpinBox *>(editor))
         doubleSpin->interpretText();
-    }
     const QVariant value = editorValue(editor);
     if (!value.isValid()) {
         QStyledItemDelegate::setModelData(editor, model, index);

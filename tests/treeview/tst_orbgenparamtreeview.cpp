@@ -242,8 +242,8 @@ private Q_SLOTS:
     void clickOutsideTheTreeCommits();
     void addressRefusals_data();
     void addressRefusals();
-    void typedBeyondTheRange_data();
-    void typedBeyondTheRange();
+    void typingIntoEditors_data();
+    void typingIntoEditors();
     void floatWithoutIncrementSteps();
     void escapeNeverRejects_data();
     void escapeNeverRejects();
@@ -301,10 +301,10 @@ void tst_OrbGenParamTreeView::typeAndEnterWrites()
     auto *spin = f.openEditor<QtOrbSpinBoxVal64>(QStringLiteral("ExposureTime"), &cell);
     QVERIFY(spin);
     spin->selectAll();
-    QTest::keyClicks(spin, QStringLiteral("1234"));
+    QTest::keyClicks(spin, QStringLiteral("1230"));
     QTest::keyClick(spin, Qt::Key_Return);
-    // Snapped to the increment of 10, written to the device (the view
-    // commits on its next pass through the event loop).
+    // Written to the device (the view commits on its next pass through the
+    // event loop).
     QTRY_COMPARE(GenApi::CIntegerPtr(f.map._GetNode("ExposureTime"))->GetValue(), int64_t(1230));
     QTRY_VERIFY(!f.editor(cell));
     QCOMPARE(cell.data().toString(), QStringLiteral("1230 \u03BCs"));
@@ -1062,67 +1062,172 @@ void tst_OrbGenParamTreeView::addressRefusals()
     QCOMPARE(f.snapshot(), before);
 }
 
-void tst_OrbGenParamTreeView::typedBeyondTheRange_data()
+void tst_OrbGenParamTreeView::typingIntoEditors_data()
 {
     QTest::addColumn<QString>("feature");
     QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("shown");
-    QTest::addColumn<QString>("range");
-    // Outside the range: nothing is written, the editor stays open with
-    // what was typed and says the range (shown: empty).
-    QTest::newRow("integer above the maximum")
+    // Refused: Enter writes nothing and the editor stays with the text as
+    // typed, saying why. Adjusted: Enter first shows the value that would be
+    // written (nothing written yet); a second Enter writes it. Written:
+    // Enter writes what the editor shows.
+    QTest::addColumn<QString>("outcome");
+    QTest::addColumn<QString>("shown"); // in the editor after the first Enter
+    QTest::addColumn<QString>("cell"); // after the write
+
+    const QString refused = QStringLiteral("refused");
+    const QString adjusted = QStringLiteral("adjusted");
+    const QString written = QStringLiteral("written");
+    // Integer, 10 to 100000 in steps of 10.
+    QTest::newRow("integer below the minimum") << "ExposureTime"
+                                               << "5" << refused << "5"
+                                               << "";
+    QTest::newRow("integer negative") << "ExposureTime"
+                                      << "-5" << refused << "-5"
+                                      << "";
+    QTest::newRow("integer above the maximum") << "ExposureTime"
+                                               << "500000" << refused << "500000"
+                                               << "";
+    QTest::newRow("integer, too many digits")
         << "ExposureTime"
-        << "500000" << QString() << "Min: 10, Max: 100000, Increment: 10";
-    QTest::newRow("integer below the minimum")
+        << "123456789012345678901234" << refused << "123456789012345678901234"
+        << "";
+    QTest::newRow("integer off the increment")
         << "ExposureTime"
-        << "-5" << QString() << "Min: 10, Max: 100000, Increment: 10";
-    QTest::newRow("integer snapped")
-        << "ExposureTime"
-        << "1234" << QStringLiteral("1230 \u03BCs") << "Min: 10, Max: 100000, Increment: 10";
+        << "1234" << adjusted << "1230" << QStringLiteral("1230 \u03BCs");
+    QTest::newRow("integer") << "ExposureTime"
+                             << "1240" << written << "1240" << QStringLiteral("1240 \u03BCs");
+    // Float, 0 to 24 in steps of 0.5, two decimals.
+    QTest::newRow("float below the minimum") << "Gain"
+                                             << "-1" << refused << "-1"
+                                             << "";
     QTest::newRow("float above the maximum") << "Gain"
-                                             << "25"
-                                             << "24.00 dB"
-                                             << "Min: 0.00, Max: 24.00, Increment: 0.50";
-    QTest::newRow("float snapped") << "Gain"
-                                   << "1.3"
-                                   << "1.50 dB"
-                                   << "Min: 0.00, Max: 24.00, Increment: 0.50";
+                                             << "25" << refused << "25"
+                                             << "";
+    QTest::newRow("float off the increment") << "Gain"
+                                             << "1.3" << adjusted << "1.50"
+                                             << "1.50 dB";
+    QTest::newRow("float, too many digits") << "Gain"
+                                            << "12.50001" << adjusted << "12.50"
+                                            << "12.50 dB";
+    QTest::newRow("float") << "Gain"
+                           << "12.5" << written << "12.5"
+                           << "12.50 dB";
+    // Hexadecimal integer, 0 to 0xFFFF.
+    QTest::newRow("hex below the minimum") << "PacketSize"
+                                           << "-1" << refused << "-1"
+                                           << "";
+    QTest::newRow("hex above the maximum") << "PacketSize"
+                                           << "10000" << refused << "10000"
+                                           << "";
+    QTest::newRow("hex, too many digits")
+        << "PacketSize"
+        << "FFFFFFFFFFFFFFFFFFFF" << refused << "FFFFFFFFFFFFFFFFFFFF"
+        << "";
+    QTest::newRow("hex") << "PacketSize"
+                         << "1F4" << written << "1F4"
+                         << "1F4";
+    // IPv4 address: four numbers from 0 to 255.
+    QTest::newRow("address, a number above 255") << "GevCurrentIPAddress"
+                                                 << "192.168.1.300" << refused << "192.168.1.300"
+                                                 << "";
+    QTest::newRow("address, too many digits") << "GevCurrentIPAddress"
+                                              << "192.168.1.1000" << refused << "192.168.1.1000"
+                                              << "";
+    QTest::newRow("address, too few numbers") << "GevCurrentIPAddress"
+                                              << "192.168.1" << refused << "192.168.1"
+                                              << "";
+    QTest::newRow("address") << "GevCurrentIPAddress"
+                             << "192.168.1.30" << written << "192.168.1.30"
+                             << "192.168.1.30";
+    // MAC address: edited as the number it is.
+    QTest::newRow("MAC, too many digits")
+        << "GevMACAddress"
+        << "123456789012345678901234" << refused << "123456789012345678901234"
+        << "";
+    QTest::newRow("MAC") << "GevMACAddress"
+                         << "112394521952" << written << "112394521952"
+                         << "00:1A:2B:3C:4D:60";
 }
 
-// What is typed is kept as typed (never cut digit by digit); an integer
-// outside the range is not written (the editor stays open and says the
-// range), one off the increment is snapped on commit.
-void tst_OrbGenParamTreeView::typedBeyondTheRange()
+namespace {
+
+// The editor's text without the unit it appends.
+QString typedPart(const QWidget *editor)
+{
+    if (auto *spin = qobject_cast<const QDoubleSpinBox *>(editor))
+        return spin->text().left(spin->text().size() - spin->suffix().size());
+    if (auto *spin = qobject_cast<const QtOrbSpinBoxVal64 *>(editor))
+        return spin->text().left(spin->text().size() - spin->suffix().size());
+    if (auto *edit = qobject_cast<const QLineEdit *>(editor))
+        return edit->text();
+    return QString();
+}
+
+} // namespace
+
+// Every kind of value editor in the tree, typed into key by key: the text is
+// what was typed after every key; what Enter writes is nothing or exactly
+// what the editor shows; Escape writes nothing.
+void tst_OrbGenParamTreeView::typingIntoEditors()
 {
     QFETCH(QString, feature);
     QFETCH(QString, typed);
+    QFETCH(QString, outcome);
     QFETCH(QString, shown);
-    QFETCH(QString, range);
+    QFETCH(QString, cell);
     Fixture f;
     QVERIFY(f.show());
-    QModelIndex cell;
-    auto *editor = f.openEditor<QAbstractSpinBox>(feature, &cell);
+    const QStringList before = f.snapshot();
+    QModelIndex at;
+    // Opens the editor, types key by key, presses Enter.
+    auto typeAndEnter = [&]() -> QWidget * {
+        QWidget *editor = f.openEditor<QWidget>(feature, &at);
+        if (!editor)
+            return nullptr;
+        if (auto *spin = qobject_cast<QAbstractSpinBox *>(editor))
+            spin->selectAll();
+        else if (auto *edit = qobject_cast<QLineEdit *>(editor))
+            edit->selectAll();
+        QTest::keyClick(editor, Qt::Key_Delete);
+        for (int i = 0; i < typed.size(); ++i) {
+            QTest::keyClick(editor, typed.at(i).toLatin1());
+            if (typedPart(editor) != typed.left(i + 1)) {
+                qWarning("after %s: %s", qPrintable(typed.left(i + 1)),
+                         qPrintable(typedPart(editor)));
+                return nullptr;
+            }
+        }
+        QTest::keyClick(editor, Qt::Key_Return);
+        return editor;
+    };
+    QWidget *editor = typeAndEnter();
     QVERIFY(editor);
-    QVERIFY2(editor->toolTip().contains(range), qPrintable(editor->toolTip()));
-    editor->selectAll();
-    QTest::keyClicks(editor, typed);
-    QVERIFY2(editor->text().startsWith(typed), qPrintable(editor->text()));
-    const QString before = cell.data().toString();
-    QTest::keyClick(editor, Qt::Key_Return);
-    if (shown.isEmpty()) {
-        QTest::qWait(50);
-        QVERIFY(f.editor(cell));
-        QCOMPARE(editor->text(), typed);
-        QVERIFY(editor->property("outOfRange").toBool());
-        QVERIFY2(editor->toolTip().contains(QStringLiteral("100000")),
-                 qPrintable(editor->toolTip()));
-        QTest::keyClick(editor, Qt::Key_Escape);
-        QTRY_VERIFY(!f.editor(cell));
-        QCOMPARE(cell.data().toString(), before);
+    if (outcome == QLatin1String("written")) {
+        QTRY_VERIFY(!f.editor(at));
+        QCOMPARE(at.data().toString(), cell);
+        QVERIFY(f.snapshot() != before);
         return;
     }
-    QTRY_VERIFY(!f.editor(cell));
-    QCOMPARE(cell.data().toString(), shown);
+    QTest::qWait(50);
+    QCOMPARE(f.editor(at), editor);
+    QCOMPARE(typedPart(editor), shown);
+    QCOMPARE(f.snapshot(), before);
+    if (outcome == QLatin1String("refused"))
+        QVERIFY2(QToolTip::isVisible() && !QToolTip::text().isEmpty(), "no reason shown");
+    QTest::keyClick(editor, Qt::Key_Escape);
+    QTRY_VERIFY(!f.editor(at));
+    QCOMPARE(f.snapshot(), before);
+    if (outcome == QLatin1String("refused"))
+        return;
+    // The value shown, confirmed with a second Enter, is the one written.
+    editor = typeAndEnter();
+    QVERIFY(editor);
+    QTest::qWait(50);
+    QCOMPARE(typedPart(editor), shown);
+    QCOMPARE(f.snapshot(), before);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_VERIFY(!f.editor(at));
+    QCOMPARE(at.data().toString(), cell);
 }
 
 // Most float features have no increment; their arrows still step.
