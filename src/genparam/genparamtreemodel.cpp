@@ -17,6 +17,7 @@
 #include <QPalette>
 #include <QPushButton>
 #include <QSet>
+#include <QTimer>
 #include <QVector>
 
 #include <algorithm>
@@ -37,6 +38,10 @@ namespace {
 
 // The role list of the dataChanged that setData emits.
 const QVector<int> s_roles { Qt::EditRole };
+
+// After a command, the shown values are read again at once and once more
+// after this long, within the second a user waits for a reaction.
+constexpr int kRereadAfterCommandMs = 300;
 
 QString fromGc(const GenICam::gcstring &text)
 {
@@ -59,6 +64,24 @@ std::optional<QString> currentText(IValue *value)
     } catch (const GenICam::GenericException &) {
     }
     return std::nullopt;
+}
+
+// Which of a selected feature's slots the value belongs to: its selectors'
+// current values (empty for a feature no selector selects).
+QString selectorSlot(IValue *value)
+{
+    QStringList slot;
+    try {
+        if (auto *selected = dynamic_cast<ISelector *>(value)) {
+            FeatureList_t selecting;
+            selected->GetSelectingFeatures(selecting);
+            for (IValue *selector : selecting)
+                slot << QString::fromUtf8(selector->ToString().c_str());
+        }
+    } catch (const GenICam::GenericException &) {
+        slot << QStringLiteral("?");
+    }
+    return slot.join(QLatin1Char('\n'));
 }
 
 const QSet<QByteArray> &ipAddrRep()
@@ -206,6 +229,7 @@ public:
     void NodeCallback(ItemEntry *entry);
     void ValueChanged(ItemEntry *entry);
     void announceChanges();
+    void rereadAll();
 
     QVariant DisplayRoleImp(IValue *value) const;
     QVariant EditRoleImp(IValue *value) const;
@@ -235,7 +259,9 @@ public:
         QString before;
     };
     std::vector<Write> writes;
-    std::map<const ItemEntry *, QString> original;
+    // Per selector slot (selectorSlot()): changing frame A's width marks
+    // frame A's, not frame B's.
+    std::map<const ItemEntry *, std::map<QString, QString>> original;
 };
 
 void GenParamTreeModelPrivate::Init(GenParamTreeModel *q)
@@ -396,6 +422,32 @@ void GenParamTreeModelPrivate::announceChanges()
             q->createIndex(top->second.row, 1, const_cast<ItemEntry *>(top)),
             q->createIndex(bottom->second.row, 1, const_cast<ItemEntry *>(bottom)), {});
         first = last + 1;
+    }
+}
+
+// A command's consequences (a counter it counts, values it resets) reach the
+// camera's registers with no node callback to tell. After one, the node
+// map's cached values are dropped and every value cell is announced: a view
+// re-reads only the rows it shows, one read per visible row.
+void GenParamTreeModelPrivate::rereadAll()
+{
+    Q_Q(GenParamTreeModel);
+    nodeMap->InvalidateNodes();
+    auto announce = [q](ItemEntry **children, qint32 count) {
+        if (count > 0)
+            Q_EMIT q->dataChanged(q->createIndex(0, 1, children[0]),
+                                  q->createIndex(count - 1, 1, children[count - 1]), {});
+    };
+    std::vector<ItemEntry *> parents;
+    announce(rootChildren, rootChildCount);
+    for (qint32 i = 0; i < rootChildCount; ++i)
+        parents.push_back(rootChildren[i]);
+    while (!parents.empty()) {
+        ItemEntry *parent = parents.back();
+        parents.pop_back();
+        announce(parent->second.children, parent->second.childCount);
+        for (qint32 i = 0; i < parent->second.childCount; ++i)
+            parents.push_back(parent->second.children[i]);
     }
 }
 
@@ -881,8 +933,11 @@ QVariant GenParamTreeModel::data(const QModelIndex &index, int role) const
     if (role == Qt::WhatsThisRole)
         return d->WhatsThis(value);
     if (role == ChangedRole) {
-        auto it = d->original.find(item);
-        return it != d->original.end() && currentText(value) != std::optional(it->second);
+        const auto bySlot = d->original.find(item);
+        if (bySlot == d->original.end())
+            return false;
+        const auto it = bySlot->second.find(selectorSlot(value));
+        return it != bySlot->second.end() && currentText(value) != std::optional(it->second);
     }
 
     QString paramName = QStringLiteral("UnknownNode");
@@ -1035,11 +1090,16 @@ bool GenParamTreeModel::setData(const QModelIndex &index, const QVariant &value,
     Q_D(GenParamTreeModel);
     if (before && feature->GetNode()->GetPrincipalInterfaceType() != intfICommand) {
         d->writes.push_back({ item, *before });
-        d->original.emplace(item, *before);
+        d->original[item].emplace(selectorSlot(feature), *before);
     }
     Q_EMIT dataChanged(index, index, s_roles);
     if (m_errors.ClearError(paramName, WriteErrorId))
         Q_EMIT errorDisappeared(index, paramName, WriteErrorId);
+    if (feature->GetNode()->GetPrincipalInterfaceType() == intfICommand) {
+        d->rereadAll();
+        // Once more for what the camera finishes on its own time.
+        QTimer::singleShot(kRereadAfterCommandMs, this, [d] { d->rereadAll(); });
+    }
     return true;
 }
 

@@ -97,6 +97,8 @@ public:
     void showErrors();
     void fitNameColumn();
     void updateNoMatch();
+    void applyFilterText(GenParamTreeVisibilityFilterProxyModel *filter, const QString &text);
+    void refilterKeepingView(GenParamTreeVisibilityFilterProxyModel *filter);
     bool treeKeyPress(QKeyEvent *event);
     void initContextMenu();
     // The current row's feature name, value and "Name = Value"; empty for a
@@ -127,6 +129,10 @@ public:
     INodeMap *nodeMap = nullptr;
     QLabel *noMatch = nullptr;
     QObject *treeKeys = nullptr;
+    // The rows the user had expanded when a name filter began (source
+    // indexes: the filter does not change them), brought back when it ends.
+    std::vector<QPersistentModelIndex> expandedBeforeFilter;
+    bool nameFilterOn = false;
 };
 
 namespace {
@@ -510,6 +516,8 @@ void OrbGenParamTreeViewPrivate::setModel(INodeMap *map)
         old->deleteLater();
     }
     nodeMap = map;
+    nameFilterOn = false;
+    expandedBeforeFilter.clear();
     ui.whatsThisLabel->setText(QString());
     if (!map)
         return;
@@ -537,18 +545,18 @@ void OrbGenParamTreeViewPrivate::setModel(INodeMap *map)
     QObject::connect(ui.cbVisibility, QOverload<int>::of(&QComboBox::currentIndexChanged), filter,
                      &GenParamTreeVisibilityFilterProxyModel::setFilterVisibility);
     QObject::connect(ui.filterLineEdit, &QLineEdit::textChanged, filter,
-                     &GenParamTreeVisibilityFilterProxyModel::setFilterText);
+                     [this, filter](const QString &text) { applyFilterText(filter, text); });
     if (checkBoxCase) {
         QObject::connect(checkBoxCase, &QCheckBox::clicked, filter, [this, filter](bool checked) {
             updateOptionsIcon();
             filter->filterRegExp.setCaseSensitivity(checked ? Qt::CaseSensitive
                                                             : Qt::CaseInsensitive);
-            filter->refilter();
+            refilterKeepingView(filter);
         });
         QObject::connect(checkBoxWhole, &QCheckBox::clicked, filter, [this, filter](bool checked) {
             updateOptionsIcon();
             filter->wholeWords = checked;
-            filter->refilter();
+            refilterKeepingView(filter);
         });
     }
     QObject::connect(ui.pbExpandAll, &QToolButton::clicked, tree, &QTreeView::expandAll,
@@ -620,6 +628,51 @@ void OrbGenParamTreeViewPrivate::fitNameColumn()
             widest = qMax(widest, metrics.horizontalAdvance(name) + depth * tree->indentation());
     const int available = tree->viewport()->width();
     tree->setColumnWidth(0, qBound(available / 4, widest + 16, available * 3 / 5));
+}
+
+// Matches of a name filter show expanded: what was searched for is in view
+// without Expand All. Ending the filter brings back the expansion the user
+// had before it; the current row stays current and in view throughout.
+void OrbGenParamTreeViewPrivate::applyFilterText(GenParamTreeVisibilityFilterProxyModel *filter,
+                                                 const QString &text)
+{
+    QTreeView *tree = ui.treeView;
+    const bool wasFiltering = nameFilterOn;
+    nameFilterOn = !text.isEmpty();
+    if (!wasFiltering && !text.isEmpty()) {
+        expandedBeforeFilter.clear();
+        forEachBelow(filter, QModelIndex(),
+                     [&](const QModelIndex &index, const QModelIndex &, int, int) {
+                         if (!tree->isExpanded(index))
+                             return false;
+                         expandedBeforeFilter.emplace_back(filter->mapToSource(index));
+                         return true;
+                     });
+    }
+    const QPersistentModelIndex current = filter->mapToSource(tree->currentIndex());
+    filter->setFilterText(text);
+    if (!text.isEmpty()) {
+        tree->expandAll();
+    } else if (wasFiltering) {
+        tree->collapseAll();
+        for (const QPersistentModelIndex &source : expandedBeforeFilter)
+            if (source.isValid())
+                tree->expand(filter->mapFromSource(source));
+        expandedBeforeFilter.clear();
+    }
+    const QModelIndex shown = current.isValid() ? filter->mapFromSource(current) : QModelIndex();
+    if (shown.isValid()) {
+        for (QModelIndex above = shown.parent(); above.isValid(); above = above.parent())
+            tree->expand(above);
+        tree->selectionModel()->setCurrentIndex(
+            shown, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        tree->scrollTo(shown);
+    }
+}
+
+void OrbGenParamTreeViewPrivate::refilterKeepingView(GenParamTreeVisibilityFilterProxyModel *filter)
+{
+    applyFilterText(filter, ui.filterLineEdit->text());
 }
 
 void OrbGenParamTreeViewPrivate::updateNoMatch()

@@ -216,6 +216,9 @@ private Q_SLOTS:
     void failedWriteShowsAndClears();
     void filterText();
     void filterOptions();
+    void filterKeepsTheUsersTree();
+    void commandConsequencesShow();
+    void changedMarkBelongsToTheSlot();
     void visibilityLevel();
     void expandAndCollapse();
     void descriptionPane();
@@ -502,6 +505,121 @@ void tst_OrbGenParamTreeView::filterText()
     QVERIFY(!noMatch->isVisible());
     QVERIFY(f.visibleNames().contains(QStringLiteral("Exposure Time")));
     QVERIFY(f.visibleNames().contains(QStringLiteral("Network")));
+}
+
+// Matches show expanded while the filter is on; clearing it brings back the
+// expansion the user had, and the row chosen meanwhile stays current and in
+// view.
+void tst_OrbGenParamTreeView::filterKeepsTheUsersTree()
+{
+    Fixture f;
+    QVERIFY(f.show());
+    QTreeView *tree = f.tree();
+    tree->collapseAll();
+    tree->expand(f.find(QStringLiteral("Network")));
+    auto *field = f.child<QLineEdit>("filterLineEdit");
+    field->setFocus();
+    QTest::keyClicks(field, QStringLiteral("Gain"));
+    const QModelIndex gain = f.find(QStringLiteral("Gain"));
+    QVERIFY(gain.isValid());
+    for (QModelIndex above = gain.parent(); above.isValid(); above = above.parent())
+        QVERIFY2(tree->isExpanded(above), qPrintable(above.data().toString()));
+    QVERIFY(tree->visualRect(gain).isValid());
+
+    tree->setCurrentIndex(gain);
+    field->clear();
+    QVERIFY(tree->isExpanded(f.find(QStringLiteral("Network"))));
+    const QModelIndex current = tree->currentIndex();
+    QVERIFY(current.isValid());
+    QCOMPARE(current.siblingAtColumn(0).data().toString(), QStringLiteral("Gain"));
+    QVERIFY(tree->viewport()->rect().intersects(tree->visualRect(current)));
+    // What the user had collapsed stays collapsed.
+    QVERIFY(!tree->isExpanded(f.find(QStringLiteral("Hidden"))));
+}
+
+// A value the camera changes because of a command (the software trigger's
+// counter) is shown at once: the model announces the value cells again, and
+// the view re-reads the rows it shows.
+void tst_OrbGenParamTreeView::commandConsequencesShow()
+{
+    OrbCamTest::SystemRef sim;
+    const auto cameras = sim.cameras("GEV0");
+    QVERIFY(!cameras.empty());
+    OrbCamTest::DeviceRef camera(cameras.front());
+    QVERIFY(camera.device);
+    OrbGenParamTreeView view(camera.device->GetParams());
+    view.setVisibility(Guru);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    view.treeView()->expandAll();
+    QAbstractItemModel *model = view.treeView()->model();
+    QModelIndex counter, trigger;
+    std::function<void(const QModelIndex &)> search = [&](const QModelIndex &parent) {
+        for (int row = 0; row < model->rowCount(parent); ++row) {
+            const QModelIndex index = model->index(row, 0, parent);
+            if (index.data().toString() == QLatin1String("Trigger Counter"))
+                counter = index.siblingAtColumn(1);
+            if (index.data().toString() == QLatin1String("Trigger Software"))
+                trigger = index.siblingAtColumn(1);
+            search(index);
+        }
+    };
+    search(QModelIndex());
+    QVERIFY(counter.isValid() && trigger.isValid());
+    const qlonglong before = counter.data().toLongLong();
+    QSignalSpy announced(model, &QAbstractItemModel::dataChanged);
+    auto covers = [&announced, &counter] {
+        for (const QList<QVariant> &signal : announced) {
+            const QModelIndex top = signal.at(0).toModelIndex();
+            const QModelIndex bottom = signal.at(1).toModelIndex();
+            if (top.parent() == counter.parent() && top.row() <= counter.row()
+                && counter.row() <= bottom.row() && top.column() <= 1 && 1 <= bottom.column())
+                return true;
+        }
+        return false;
+    };
+    QVERIFY(model->setData(trigger, true));
+    QVERIFY(model->setData(trigger, true));
+    QTRY_VERIFY_WITH_TIMEOUT(covers(), 1000);
+    QCOMPARE(counter.data().toLongLong(), before + 2);
+}
+
+// A changed value's mark belongs to the selector slot it was changed in:
+// frame A's width, not frame B's.
+void tst_OrbGenParamTreeView::changedMarkBelongsToTheSlot()
+{
+    OrbCamTest::SystemRef sim;
+    const auto cameras = sim.cameras("GEV0");
+    QVERIFY(!cameras.empty());
+    OrbCamTest::DeviceRef camera(cameras.front());
+    QVERIFY(camera.device);
+    GenApi::INodeMap *map = camera.device->GetParams()->GetNodeMap();
+    GenApi::CEnumerationPtr selector = map->GetNode("FrameAB_Selector");
+    GenApi::CIntegerPtr width = map->GetNode("Frame_Width");
+    QVERIFY(selector && width);
+    selector->FromString("FrameA");
+    OrbGenParamTreeView view(camera.device->GetParams());
+    view.setVisibility(Guru);
+    QAbstractItemModel *model = view.treeView()->model();
+    QModelIndex widthCell;
+    std::function<void(const QModelIndex &)> search = [&](const QModelIndex &parent) {
+        for (int row = 0; row < model->rowCount(parent); ++row) {
+            const QModelIndex index = model->index(row, 0, parent);
+            auto *value = index.data(ValuePointerRole).value<GenApi::IValue *>();
+            if (value && value->GetNode()->GetName() == "Frame_Width")
+                widthCell = index.siblingAtColumn(1);
+            search(index);
+        }
+    };
+    search(QModelIndex());
+    QVERIFY(widthCell.isValid());
+    QVERIFY(!widthCell.data(ChangedRole).toBool());
+    QVERIFY(model->setData(widthCell, qlonglong(width->GetValue() - width->GetInc())));
+    QVERIFY(widthCell.data(ChangedRole).toBool());
+    selector->FromString("FrameB");
+    QVERIFY(!widthCell.data(ChangedRole).toBool());
+    selector->FromString("FrameA");
+    QVERIFY(widthCell.data(ChangedRole).toBool());
 }
 
 void tst_OrbGenParamTreeView::filterOptions()
