@@ -646,8 +646,9 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
             auto *combo = new QComboBox;
             data = { combo, ControlData::ComboBox };
             combo->setFrame(false);
+            auto *enumeration = dynamic_cast<IEnumeration *>(value);
             NodeList_t entries;
-            dynamic_cast<IEnumeration *>(value)->GetEntries(entries);
+            enumeration->GetEntries(entries);
             for (INode *entryNode : entries) {
                 auto *entry = dynamic_cast<IEnumEntry *>(entryNode);
                 if (!entry || !IsAvailable(entryNode->GetAccessMode()))
@@ -655,6 +656,21 @@ QVariant GenParamTreeModelPrivate::ControlDataRoleImp(IValue *value) const
                 combo->addItem(fromGc(entry->GetSymbolic()),
                                QVariant::fromValue<qlonglong>(entry->GetValue()));
             }
+            // With no entry available (the camera's state rules them all
+            // out, or its registers read as nothing the description knows),
+            // the entries are still offered: a choice is then the user's to
+            // try, and a refusal comes back with the camera's reason.
+            if (combo->count() == 0)
+                for (INode *entryNode : entries)
+                    if (auto *entry = dynamic_cast<IEnumEntry *>(entryNode))
+                        combo->addItem(GenParamTreeModel::tr("%1 (not available)")
+                                           .arg(fromGc(entry->GetSymbolic())),
+                                       QVariant::fromValue<qlonglong>(entry->GetValue()));
+            // A value that matches no entry shows as the number it is until
+            // the user picks an entry.
+            if (IsReadable(node->GetAccessMode()) && !enumeration->GetCurrentEntry())
+                combo->setPlaceholderText(
+                    GenParamTreeModel::tr("%1 (no entry)").arg(enumeration->GetIntValue()));
             break;
         }
         default:

@@ -248,6 +248,7 @@ private Q_SLOTS:
     void typingIntoEditors_data();
     void typingIntoEditors();
     void floatWithoutIncrementSteps();
+    void enumerationValueWithoutEntry();
     void escapeNeverRejects_data();
     void escapeNeverRejects();
     void malformedStatesChangeNothing_data();
@@ -1346,6 +1347,46 @@ void tst_OrbGenParamTreeView::typingIntoEditors()
     QTest::keyClick(editor, Qt::Key_Return);
     QTRY_VERIFY(!f.editor(at));
     QCOMPARE(at.data().toString(), cell);
+}
+
+// An enumeration whose value matches none of its entries still offers them:
+// the editor shows the number and lets the user pick an entry. Over a
+// camera's zero memory no entry may be available; they are offered all the
+// same, and the camera's refusal comes back with its reason.
+void tst_OrbGenParamTreeView::enumerationValueWithoutEntry()
+{
+    {
+        Fixture f(xmlFile("<Category Name=\"Root\"><pFeature>E</pFeature></Category>"
+                          "<Enumeration Name=\"E\"><EnumEntry Name=\"Off\"><Value>0</Value>"
+                          "</EnumEntry><EnumEntry Name=\"On\"><Value>1</Value></EnumEntry>"
+                          "<Value>7</Value></Enumeration>"));
+        QVERIFY(f.show());
+        QModelIndex cell;
+        auto *combo = f.openEditor<QComboBox>(QStringLiteral("E"), &cell);
+        QVERIFY(combo);
+        QCOMPARE(combo->count(), 2);
+        QCOMPARE(combo->currentIndex(), -1);
+        QCOMPARE(combo->placeholderText(), QStringLiteral("7 (no entry)"));
+        combo->showPopup();
+        QTRY_VERIFY(combo->view()->isVisible());
+        combo->view()->setCurrentIndex(
+            combo->model()->index(combo->findText(QStringLiteral("On")), 0));
+        QTest::keyClick(combo->view()->viewport(), Qt::Key_Return);
+        QTRY_COMPARE(cell.data().toString(), QStringLiteral("On"));
+    }
+    Fixture f(QStringLiteral(ORB_CORPUS_DIR "/basler_ace2-a2a2600-20gmbas.xml"));
+    QVERIFY(f.show());
+    QModelIndex cell;
+    auto *combo = f.openEditor<QComboBox>(QStringLiteral("PixelFormat"), &cell);
+    QVERIFY(combo);
+    QVERIFY(combo->count() > 0);
+    QVERIFY(combo->findText(QStringLiteral("Mono8 (not available)")) >= 0);
+    QCOMPARE(combo->placeholderText(), QStringLiteral("0 (no entry)"));
+    QAbstractItemModel *model = f.tree()->model();
+    QVERIFY(!model->setData(
+        cell, combo->itemData(combo->findText(QStringLiteral("Mono8 (not available)")))));
+    QVERIFY2(cell.data(Qt::ToolTipRole).toString().contains(QStringLiteral("not available")),
+             qPrintable(cell.data(Qt::ToolTipRole).toString()));
 }
 
 // Most float features have no increment; their arrows still step.
