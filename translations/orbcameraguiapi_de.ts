@@ -130,6 +130,14 @@
         <source>(not readable)</source>
         <translation>(nicht lesbar)</translation>
     </message>
+    <message>
+        <source>%1 (not available)</source>
+        <translation>%1 (nicht verfügbar)</translation>
+    </message>
+    <message>
+        <source>%1 (no entry)</source>
+        <translation>%1 (kein Eintrag)</translation>
+    </message>
 </context>
 <context>
     <name>GenParamTreeView</name>
@@ -808,6 +816,10 @@ Trigger</translation>
     <message>
         <source>Executed</source>
         <translation>Ausgeführt</translation>
+    </message>
+    <message>
+        <source>This is the nearest value the feature takes. Enter writes it; Escape leaves the feature as it was.</source>
+        <translation>Das ist der nächste Wert, den das Merkmal annimmt. Eingabe schreibt ihn; Escape lässt das Merkmal, wie es war.</translation>
     </message>
 </context>
 <context>
