@@ -30,6 +30,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const int status = parseReadRegisterAck(data, size, request, &value);
     if (status < -1 || status > 0xFFFF)
         std::abort();
+    uint8_t memory[16];
+    const int readMem = parseReadMemoryAck(data, size, request, 0x100, memory, sizeof memory);
+    if (readMem < -1 || readMem > 0xFFFF)
+        std::abort();
     const int forced = forceIpAckStatus(data, size, request);
     if (forced < -1 || forced > 0xFFFF)
         std::abort();

@@ -58,6 +58,18 @@ QByteArray discoveryAnswer(uint16_t request, uint16_t status = 0)
     return b;
 }
 
+QByteArray readMemAnswer(uint16_t request, uint32_t address, const QByteArray &data,
+                         uint16_t status = 0)
+{
+    QByteArray b = header(status, 0x0085, status == 0 ? uint16_t(4 + data.size()) : 0, request);
+    if (status == 0) {
+        b.append(QByteArray(4, '\0'));
+        put(b, 8, address, 4);
+        b.append(data);
+    }
+    return b;
+}
+
 QByteArray readRegAnswer(uint16_t request, uint32_t value, uint16_t status = 0)
 {
     QByteArray b = header(status, 0x0081, status == 0 ? 4 : 0, request);
@@ -74,11 +86,11 @@ const uint8_t *bytes(const QByteArray &b)
 }
 
 // A GVCP peer on 127.0.0.1 at a port of its own: to each command it answers
-// with what `answer` makes of the command's request id (nothing, one packet
-// or several).
+// with what `answer` makes of the command and its request id (nothing, one
+// packet or several).
 class Peer {
 public:
-    using Answer = std::function<QList<QByteArray>(uint16_t request)>;
+    using Answer = std::function<QList<QByteArray>(uint16_t request, const QByteArray &command)>;
     explicit Peer(Answer answer)
         : m_answer(std::move(answer))
     {
@@ -118,7 +130,8 @@ private:
             ++m_commands;
             const uint16_t request = static_cast<uint16_t>((static_cast<uint8_t>(buffer[6]) << 8)
                                                            | static_cast<uint8_t>(buffer[7]));
-            for (const QByteArray &packet : m_answer(request))
+            for (const QByteArray &packet :
+                 m_answer(request, QByteArray(buffer, static_cast<int>(got))))
                 sendto(m_socket, packet.constData(), static_cast<size_t>(packet.size()), 0,
                        reinterpret_cast<sockaddr *>(&from), fromSize);
         }
@@ -147,6 +160,10 @@ private Q_SLOTS:
     void forceIpAck();
     void readRegisterFromAPeer_data();
     void readRegisterFromAPeer();
+    void readMemoryAck_data();
+    void readMemoryAck();
+    void readMemoryFromAPeer_data();
+    void readMemoryFromAPeer();
 };
 
 // The commands, byte for byte.
@@ -273,7 +290,7 @@ void tst_OrbCamGvcp::readRegisterFromAPeer()
     QFETCH(QString, peer);
     QFETCH(int, result);
     QFETCH(uint32_t, value);
-    Peer answering([peer](uint16_t request) -> QList<QByteArray> {
+    Peer answering([peer](uint16_t request, const QByteArray &) -> QList<QByteArray> {
         if (peer == QLatin1String("answers"))
             return { readRegAnswer(request, 0x2) };
         if (peer == QLatin1String("garbage first"))
@@ -293,6 +310,102 @@ void tst_OrbCamGvcp::readRegisterFromAPeer()
     QCOMPARE(int(readRegister(INADDR_LOOPBACK, 0x0A00, &read, 300, answering.port())), result);
     QCOMPARE(read, value);
     QVERIFY(took.elapsed() < 2000);
+    QVERIFY(answering.commands() >= 1);
+}
+
+void tst_OrbCamGvcp::readMemoryAck_data()
+{
+    QTest::addColumn<QByteArray>("packet");
+    QTest::addColumn<int>("result");
+    QTest::addColumn<QByteArray>("data");
+    const QByteArray four("\x01\x02\x03\x04", 4);
+    QTest::newRow("bytes") << readMemAnswer(3, 0x100, four) << 0 << four;
+    QTest::newRow("more bytes than asked") << readMemAnswer(3, 0x100, four + four) << 0 << four;
+    QTest::newRow("refused") << readMemAnswer(3, 0x100, QByteArray(), 0x8003) << 0x8003
+                             << QByteArray(4, '\0');
+    QTest::newRow("too few bytes")
+        << readMemAnswer(3, 0x100, four.left(2)) << -1 << QByteArray(4, '\0');
+    QTest::newRow("truncated") << readMemAnswer(3, 0x100, four).left(14) << -1
+                               << QByteArray(4, '\0');
+    QTest::newRow("another address") << readMemAnswer(3, 0x104, four) << -1 << QByteArray(4, '\0');
+    QTest::newRow("another request") << readMemAnswer(4, 0x100, four) << -1 << QByteArray(4, '\0');
+    QTest::newRow("a register answer") << readRegAnswer(3, 0x01020304) << -1 << QByteArray(4, '\0');
+}
+
+void tst_OrbCamGvcp::readMemoryAck()
+{
+    QFETCH(QByteArray, packet);
+    QFETCH(int, result);
+    QFETCH(QByteArray, data);
+    QByteArray read(4, '\0');
+    QCOMPARE(parseReadMemoryAck(bytes(packet), static_cast<size_t>(packet.size()), 3, 0x100,
+                                reinterpret_cast<uint8_t *>(read.data()), 4),
+             result);
+    QCOMPARE(read, data);
+}
+
+void tst_OrbCamGvcp::readMemoryFromAPeer_data()
+{
+    QTest::addColumn<QString>("peer");
+    QTest::addColumn<uint>("address");
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("result");
+    QTest::newRow("one word") << "answers" << 0x100u << 4 << int(OrbCamOk);
+    QTest::newRow("unaligned, odd length") << "answers" << 0x103u << 7 << int(OrbCamOk);
+    QTest::newRow("several pieces") << "answers" << 0x2u << 1500 << int(OrbCamOk);
+    QTest::newRow("garbage, then the answer") << "garbage first" << 0x10u << 16 << int(OrbCamOk);
+    QTest::newRow("refuses") << "refuses" << 0x100u << 4 << int(OrbCamErrInvalidState);
+    QTest::newRow("answers another address")
+        << "other address" << 0x100u << 4 << int(OrbCamErrNoDevice);
+    QTest::newRow("silent") << "silent" << 0x100u << 4 << int(OrbCamErrNoDevice);
+}
+
+// The camera's memory, however it is asked for, comes back byte for byte;
+// a refusal says so, and anything else ends in time as no answer.
+void tst_OrbCamGvcp::readMemoryFromAPeer()
+{
+    QFETCH(QString, peer);
+    QFETCH(uint, address);
+    QFETCH(int, length);
+    QFETCH(int, result);
+    QByteArray memory(2048, '\0');
+    for (int i = 0; i < memory.size(); ++i)
+        memory[i] = static_cast<char>(i * 7 + 3);
+    Peer answering(
+        [peer, memory](uint16_t request, const QByteArray &command) -> QList<QByteArray> {
+            if (command.size() < 16 || static_cast<uint8_t>(command[3]) != 0x84)
+                return {};
+            auto get = [&command](int at, int size) {
+                uint32_t v = 0;
+                for (int i = 0; i < size; ++i)
+                    v = (v << 8) | static_cast<uint8_t>(command[at + i]);
+                return v;
+            };
+            const uint32_t at = get(8, 4);
+            const int count = static_cast<int>(get(14, 2));
+            if (at % 4 != 0 || count % 4 != 0 || count > 536)
+                return { readMemAnswer(request, at, QByteArray(), 0x8002) };
+            const QByteArray data = memory.mid(static_cast<int>(at), count);
+            if (peer == QLatin1String("answers"))
+                return { readMemAnswer(request, at, data) };
+            if (peer == QLatin1String("garbage first"))
+                return { QByteArray(1000, '\x42'), readMemAnswer(request, at, data).left(11),
+                         readRegAnswer(request, 1), readMemAnswer(request, at, data) };
+            if (peer == QLatin1String("refuses"))
+                return { readMemAnswer(request, at, QByteArray(), 0x8003) };
+            if (peer == QLatin1String("other address"))
+                return { readMemAnswer(request, at + 4, data) };
+            return {};
+        });
+    QByteArray read(length, '\0');
+    uint16_t refusal = 0;
+    QCOMPARE(int(readMemory(INADDR_LOOPBACK, address, read.data(), static_cast<size_t>(length), 300,
+                            &refusal, answering.port())),
+             result);
+    if (result == OrbCamOk)
+        QCOMPARE(read, memory.mid(static_cast<int>(address), length));
+    if (result == OrbCamErrInvalidState)
+        QCOMPARE(refusal, uint16_t(0x8003));
     QVERIFY(answering.commands() >= 1);
 }
 

@@ -37,6 +37,8 @@ class tst_OrbCamSimulation : public QObject {
 private Q_SLOTS:
     void cleanup();
     void lossAndReturn();
+    void answerTimeoutSettings_data();
+    void answerTimeoutSettings();
     void eventsStopAfterUnregistering();
     void removalIsALoss();
     void failingFeature_data();
@@ -261,6 +263,35 @@ void tst_OrbCamSimulation::monochromeModel()
     QCOMPARE(p->GetInt("Width")->GetValue(), int64_t(1280));
     QCOMPARE(p->GetInt("CurrentExposureTime")->GetValue(), int64_t(5000));
     QCOMPARE(p->GetInt("CurrentFrameTime")->GetValue(), int64_t(1024 * 8 + 100));
+}
+
+void tst_OrbCamSimulation::answerTimeoutSettings_data()
+{
+    QTest::addColumn<uint>("timeoutMs");
+    QTest::addColumn<uint>("misses");
+    QTest::addColumn<int>("result");
+    QTest::newRow("default") << 400u << 2u << int(OrbCamOk);
+    QTest::newRow("shortest") << 10u << 1u << int(OrbCamOk);
+    QTest::newRow("longest") << 10000u << 100u << int(OrbCamOk);
+    QTest::newRow("no time") << 0u << 2u << int(OrbCamErrInvalidArgument);
+    QTest::newRow("too long") << 10001u << 2u << int(OrbCamErrInvalidArgument);
+    QTest::newRow("no misses") << 400u << 0u << int(OrbCamErrInvalidArgument);
+    QTest::newRow("too many misses") << 400u << 101u << int(OrbCamErrInvalidArgument);
+}
+
+// A refused setting leaves the one before.
+void tst_OrbCamSimulation::answerTimeoutSettings()
+{
+    QFETCH(uint, timeoutMs);
+    QFETCH(uint, misses);
+    QFETCH(int, result);
+    QCOMPARE(OrbCam_SetAnswerTimeout(250, 3), OrbCamOk);
+    QCOMPARE(int(OrbCam_SetAnswerTimeout(timeoutMs, misses)), result);
+    uint32_t ms = 0, count = 0;
+    OrbCam_GetAnswerTimeout(&ms, &count);
+    QCOMPARE(ms, result == OrbCamOk ? timeoutMs : 250u);
+    QCOMPARE(count, result == OrbCamOk ? misses : 3u);
+    QCOMPARE(OrbCam_SetAnswerTimeout(400, 2), OrbCamOk);
 }
 
 QTEST_GUILESS_MAIN(tst_OrbCamSimulation)

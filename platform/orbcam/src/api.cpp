@@ -28,6 +28,12 @@ Global &global()
 
 } // namespace
 
+OrbCamImpl::AnswerTimeout &OrbCamImpl::answerTimeout()
+{
+    static AnswerTimeout timeout;
+    return timeout;
+}
+
 OrbCamErr OrbCamImpl::withApiLocked(const LockedApiCall &f)
 {
     Global &g = global();
@@ -87,6 +93,23 @@ uint32_t OrbCam_GetBackends()
     Global &g = global();
     std::lock_guard<std::mutex> lock(g.mutex);
     return g.backends;
+}
+
+OrbCamErr OrbCam_SetAnswerTimeout(uint32_t timeoutMs, uint32_t misses)
+{
+    if (timeoutMs < 10 || timeoutMs > 10000 || misses < 1 || misses > 100)
+        return OrbCamErrInvalidArgument;
+    OrbCamImpl::answerTimeout().ms = timeoutMs;
+    OrbCamImpl::answerTimeout().misses = misses;
+    return OrbCamOk;
+}
+
+void OrbCam_GetAnswerTimeout(uint32_t *timeoutMs, uint32_t *misses)
+{
+    if (timeoutMs)
+        *timeoutMs = OrbCamImpl::answerTimeout().ms;
+    if (misses)
+        *misses = OrbCamImpl::answerTimeout().misses;
 }
 
 void OrbCam_ReleaseSystem(OrbCam::System *system)

@@ -14,9 +14,11 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cstdio>
 #include <cstring>
 #include <future>
 #include <map>
+#include <optional>
 
 using namespace GenApi;
 
@@ -38,11 +40,19 @@ std::string copy(const char *text)
     return text ? std::string(text) : std::string();
 }
 
-// How long our own discovery and privilege reads wait for the cameras'
-// answers: a camera on the link answers within milliseconds, and the
-// discovery ends as soon as every camera Aravis found has answered.
-constexpr uint32_t GvcpDiscoveryTimeoutMs = 1000;
+// GigE Vision cameras are found by our own discovery, one host address at a
+// time and each for as long as its caller allows (Aravis's own discovery
+// asks every address one after the other, a second each, and cannot be cut
+// short). A camera on the link answers within milliseconds; the privilege
+// reads that follow wait at most this long.
 constexpr uint32_t GvcpAnswerTimeoutMs = 500;
+constexpr uint32_t GvcpShortestDiscoveryMs = 50;
+constexpr uint32_t GvcpLongestDiscoveryMs = 5000;
+
+// An open GigE Vision camera is asked every LivenessPeriodMs whether it still
+// answers, waiting answerTimeout().ms for each answer; answerTimeout().misses
+// answers missed in a row make it lost.
+constexpr uint32_t LivenessPeriodMs = 500;
 
 class AravisSystem;
 class AravisInterface;
@@ -172,8 +182,9 @@ private:
 };
 
 class AravisDevice;
-// On the event thread: whether a lost camera answers again (AravisDevice).
-void tryReturn(EventTarget *device);
+// On the event thread: whether an open camera still answers, and whether a
+// lost one answers again (AravisDevice::check).
+void checkDevice(EventTarget *device);
 
 class AravisSystem final : public Backend {
 public:
@@ -191,9 +202,12 @@ public:
                                              OrbCamErr &err) override;
     bool closeDevice(OrbCam::Device *device) override;
 
-    // Runs Aravis's discovery for GigE Vision or USB3 Vision and hands each
-    // interface of that kind what it found.
-    void discover(bool gigE, AravisInterface *asking, bool *changed);
+    // Our own GigE Vision discovery out of one host address, for at most
+    // timeoutMs (and as long again for the privilege reads); every GigE
+    // Vision interface's list follows, *changed for the asking one's.
+    void discoverGigE(AravisInterface *asking, bool *changed, uint32_t timeoutMs);
+    // Aravis's USB3 Vision discovery (no network: it does not wait).
+    void discoverUsb(AravisInterface *asking, bool *changed);
     AravisCamera *cameraFor(OrbCam::DeviceInfo *info) const
     {
         std::lock_guard<std::mutex> lock(m_stateMutex);
@@ -207,8 +221,8 @@ public:
     // not to be called with the state lock held.
     std::vector<const OrbCam::DeviceInfo *> openHere();
 
-    // The open devices; every two seconds without an event, each looks
-    // whether its lost camera answers again.
+    // The open devices; every half second without an event, each looks
+    // whether its camera answers (AravisDevice::check).
     OpenDevices &openDevices() { return m_open; }
 
 private:
@@ -281,9 +295,12 @@ std::mutex &AravisInterface::stateMutex() const
     return m_system.stateMutex();
 }
 
-OrbCamErr AravisInterface::UpdateDeviceList(bool *changed, uint32_t)
+OrbCamErr AravisInterface::UpdateDeviceList(bool *changed, uint32_t timeoutMs)
 {
-    m_system.discover(gigE(), this, changed);
+    if (gigE())
+        m_system.discoverGigE(this, changed, timeoutMs);
+    else
+        m_system.discoverUsb(this, changed);
     return OrbCamOk;
 }
 
@@ -317,20 +334,149 @@ std::vector<std::unique_ptr<AravisInterface>> makeInterfaces(AravisSystem &syste
 }
 
 AravisSystem::AravisSystem()
-    : m_open(&tryReturn, std::chrono::seconds(2))
+    : m_open(&checkDevice, std::chrono::milliseconds(LivenessPeriodMs))
 {
     m_interfaces = makeInterfaces(*this);
 }
 
 AravisSystem::~AravisSystem() = default;
 
-void AravisSystem::discover(bool gigE, AravisInterface *asking, bool *changed)
+namespace {
+
+// What another application's hold leaves us, read from the camera's control
+// channel privilege register; 0 when the camera did not answer in time.
+uint32_t privilegeOf(uint32_t ip, uint32_t timeoutMs)
+{
+    uint32_t value = 0;
+    switch (readRegister(ip, GvcpCcpRegister, &value, timeoutMs)) {
+    case OrbCamOk:
+        return (value & 0x1) ? uint32_t(OrbCam::AccessNone)
+            : (value & 0x2)  ? uint32_t(OrbCam::AccessReadOnly)
+                             : uint32_t(OrbCam::AccessReadWrite);
+    case OrbCamErrInvalidState:
+        return uint32_t(OrbCam::AccessNone); // refused: held exclusively elsewhere
+    default:
+        return 0;
+    }
+}
+
+std::string macText(uint64_t mac)
+{
+    char text[18];
+    std::snprintf(text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x", unsigned(mac >> 40) & 0xFF,
+                  unsigned(mac >> 32) & 0xFF, unsigned(mac >> 24) & 0xFF,
+                  unsigned(mac >> 16) & 0xFF, unsigned(mac >> 8) & 0xFF, unsigned(mac) & 0xFF);
+    return text;
+}
+
+// A camera's identity as it describes itself: its maker and serial number
+// (its hardware address where it has no serial number, its IP address where
+// it has neither).
+AravisCamera::Seen seenFrom(const GvcpCamera &camera)
+{
+    AravisCamera::Seen seen;
+    const std::string unique = !camera.serial.empty() ? camera.serial
+        : camera.mac != 0                             ? macText(camera.mac)
+                                                      : ipv4Text(camera.ip);
+    seen.id = (camera.vendor.empty() ? std::string("GigEVision") : camera.vendor) + "-" + unique;
+    seen.physicalId = macText(camera.mac);
+    seen.address = ipv4Text(camera.ip);
+    seen.vendor = camera.vendor;
+    seen.model = camera.model;
+    seen.serial = camera.serial;
+    seen.protocol = "GigEVision";
+    return seen;
+}
+
+} // namespace
+
+void AravisSystem::discoverGigE(AravisInterface *asking, bool *changed, uint32_t timeoutMs)
+{
+    const uint32_t waitMs = std::clamp(timeoutMs, GvcpShortestDiscoveryMs, GvcpLongestDiscoveryMs);
+    const HostInterface network = asking->network();
+    std::vector<GvcpCamera> heard;
+    discoverCameras(network.index, network.ip, waitMs, [&heard](const GvcpCamera &camera) {
+        if (std::none_of(heard.begin(), heard.end(),
+                         [&](const GvcpCamera &c) { return c.ip == camera.ip; }))
+            heard.push_back(camera);
+    });
+    // A camera in another card's subnet belongs to that card (two addresses
+    // on one link hear the same cameras); one in none to the card that
+    // heard it, where it shows the mismatch.
+    auto ownerOf = [this, asking](uint32_t ip) -> AravisInterface * {
+        if (asking->contains(ip))
+            return asking;
+        for (const auto &i : m_interfaces)
+            if (i->gigE() && i.get() != asking && i->contains(ip))
+                return nullptr;
+        return asking;
+    };
+    heard.erase(std::remove_if(heard.begin(), heard.end(),
+                               [&](const GvcpCamera &c) { return ownerOf(c.ip) == nullptr; }),
+                heard.end());
+
+    // Each camera's privilege register, all at once.
+    std::vector<std::future<uint32_t>> privileges;
+    const uint32_t answerMs = std::min(waitMs, GvcpAnswerTimeoutMs);
+    for (const GvcpCamera &camera : heard)
+        privileges.push_back(std::async(std::launch::async, &privilegeOf, camera.ip, answerMs));
+    std::vector<uint32_t> held;
+    for (auto &privilege : privileges)
+        held.push_back(privilege.get());
+
+    const std::vector<const OrbCam::DeviceInfo *> ours = openHere();
+    std::vector<OrbCam::DeviceInfo *> before;
+    if (OrbCam::DeviceInfoList *list = asking->GetDeviceInfoList()) {
+        for (OrbCam::DeviceInfo *info = list->First(); info; info = list->Next())
+            before.push_back(info);
+        list->Release();
+    }
+    std::map<AravisInterface *, std::vector<OrbCam::DeviceInfo *>> placed;
+    {
+        std::lock_guard<std::mutex> lock(m_stateMutex);
+        for (const auto &camera : m_cameras)
+            if (camera->gigE() && camera->owner == asking)
+                camera->present = false;
+        for (size_t n = 0; n < heard.size(); ++n) {
+            const AravisCamera::Seen seen = seenFrom(heard[n]);
+            AravisCamera *camera = nullptr;
+            for (const auto &c : m_cameras)
+                if (c->gigE() && c->aravisId() == seen.id)
+                    camera = c.get();
+            if (!camera) {
+                m_cameras.push_back(std::make_unique<AravisCamera>(*this, true, seen));
+                camera = m_cameras.back().get();
+            } else {
+                camera->update(seen);
+            }
+            camera->present = true;
+            camera->said(heard[n]);
+            if (held[n] != 0)
+                camera->held = held[n];
+            // Our own devices hold the camera too: that is no one else's hold.
+            if (std::find(ours.begin(), ours.end(), camera) != ours.end())
+                camera->held = OrbCam::AccessReadWrite;
+            camera->owner = asking;
+            camera->inSubnet = asking->contains(camera->ip());
+        }
+        // In the order the cameras were first seen, per card.
+        for (const auto &camera : m_cameras)
+            if (camera->gigE() && camera->present && camera->owner)
+                placed[camera->owner].push_back(camera.get());
+    }
+    for (const auto &i : m_interfaces)
+        if (i->gigE())
+            i->setFound(placed[i.get()], nullptr);
+    if (changed)
+        *changed = placed[asking] != before;
+}
+
+void AravisSystem::discoverUsb(AravisInterface *asking, bool *changed)
 {
     std::vector<AravisCamera::Seen> seen;
     {
         std::lock_guard<std::mutex> lock(aravisMutex());
-        ArvInterface *aravis
-            = gigE ? arv_gv_interface_get_instance() : arv_uv_interface_get_instance();
+        ArvInterface *aravis = arv_uv_interface_get_instance();
         arv_interface_update_device_list(aravis);
         const unsigned count = arv_interface_get_n_devices(aravis);
         for (unsigned i = 0; i < count; ++i)
@@ -342,137 +488,78 @@ void AravisSystem::discover(bool gigE, AravisInterface *asking, bool *changed)
                              copy(arv_interface_get_device_serial_nbr(aravis, i)),
                              copy(arv_interface_get_device_protocol(aravis, i)) });
     }
-
-    // What Aravis does not tell: each camera's own answer to a discovery of
-    // ours (mask, gateway, version, user name) and its privilege register
-    // (another application holding it), asked on every card at once.
-    // Cameras are told apart by their address: a camera's MAC may be 0
-    // (Aravis's own fake ones have none), and answers of one camera come
-    // once per host address that asks.
-    std::vector<GvcpCamera> said;
-    std::map<uint32_t, uint32_t> held; // by address
-    if (gigE && !seen.empty()) {
-        // Until every camera Aravis found has answered, or the time is up.
-        std::mutex saidMutex;
-        std::vector<uint32_t> waiting;
-        for (const AravisCamera::Seen &s : seen) {
-            uint32_t ip = 0;
-            if (parseIPv4(s.address, ip))
-                waiting.push_back(ip);
-        }
-        std::atomic<bool> allAnswered { waiting.empty() };
-        const std::function<void(const GvcpCamera &)> found = [&](const GvcpCamera &camera) {
-            std::lock_guard<std::mutex> lock(saidMutex);
-            if (std::none_of(said.begin(), said.end(),
-                             [&](const GvcpCamera &c) { return c.ip == camera.ip; }))
-                said.push_back(camera);
-            waiting.erase(std::remove(waiting.begin(), waiting.end(), camera.ip), waiting.end());
-            if (waiting.empty())
-                allAnswered = true;
-        };
-        std::vector<std::future<void>> asked;
-        for (const auto &i : m_interfaces)
-            if (i->gigE())
-                asked.push_back(
-                    std::async(std::launch::async, [&found, &allAnswered, network = i->network()] {
-                        discoverCameras(network.index, network.ip, GvcpDiscoveryTimeoutMs, found,
-                                        &allAnswered);
-                    }));
-        for (auto &answer : asked)
-            answer.get();
-        std::vector<std::pair<uint32_t, std::future<uint32_t>>> privileges;
-        for (const GvcpCamera &camera : said)
-            privileges.emplace_back(
-                camera.ip, std::async(std::launch::async, [ip = camera.ip] {
-                    uint32_t value = 0;
-                    switch (readRegister(ip, GvcpCcpRegister, &value, GvcpAnswerTimeoutMs)) {
-                    case OrbCamOk:
-                        return (value & 0x1) ? uint32_t(OrbCam::AccessNone)
-                            : (value & 0x2)  ? uint32_t(OrbCam::AccessReadOnly)
-                                             : uint32_t(OrbCam::AccessReadWrite);
-                    case OrbCamErrInvalidState:
-                        // Refused: held exclusively elsewhere.
-                        return uint32_t(OrbCam::AccessNone);
-                    default:
-                        return uint32_t(0); // no answer: unknown
-                    }
-                }));
-        for (auto &[ip, privilege] : privileges)
-            if (const uint32_t status = privilege.get())
-                held[ip] = status;
-    }
-
-    const std::vector<const OrbCam::DeviceInfo *> ours = openHere();
-    std::map<AravisInterface *, std::vector<OrbCam::DeviceInfo *>> placed;
+    std::vector<OrbCam::DeviceInfo *> found;
     {
         std::lock_guard<std::mutex> lock(m_stateMutex);
         for (const auto &camera : m_cameras)
-            if (camera->gigE() == gigE)
+            if (!camera->gigE())
                 camera->present = false;
         for (const AravisCamera::Seen &s : seen) {
             AravisCamera *camera = nullptr;
             for (const auto &c : m_cameras)
-                if (c->gigE() == gigE && c->aravisId() == s.id)
+                if (!c->gigE() && c->aravisId() == s.id)
                     camera = c.get();
             if (!camera) {
-                m_cameras.push_back(std::make_unique<AravisCamera>(*this, gigE, s));
+                m_cameras.push_back(std::make_unique<AravisCamera>(*this, false, s));
                 camera = m_cameras.back().get();
             } else {
                 camera->update(s);
             }
             camera->present = true;
-            for (const GvcpCamera &answer : said)
-                if (answer.ip == camera->ip())
-                    camera->said(answer);
-            const auto privilege = held.find(camera->ip());
-            if (privilege != held.end())
-                camera->held = privilege->second;
-            // Our own devices hold the camera too: that is no one else's hold.
-            if (std::find(ours.begin(), ours.end(), camera) != ours.end())
-                camera->held = OrbCam::AccessReadWrite;
-            // A GigE Vision camera belongs to the card whose subnet holds
-            // its address; one outside every subnet to the first card that
-            // is not a loopback, where it shows the mismatch.
-            AravisInterface *owner = nullptr;
-            AravisInterface *fallback = nullptr;
-            for (const auto &i : m_interfaces) {
-                if (i->gigE() != gigE)
-                    continue;
-                if (!gigE || i->contains(camera->ip())) {
-                    owner = i.get();
-                    break;
-                }
-                if (!fallback || (fallback->network().loopback && !i->network().loopback))
-                    fallback = i.get();
-            }
-            camera->inSubnet = owner != nullptr;
-            camera->owner = owner ? owner : fallback;
-            if (camera->owner)
-                placed[camera->owner].push_back(camera);
+            camera->inSubnet = true;
+            camera->owner = asking;
+            found.push_back(camera);
         }
     }
-    for (const auto &i : m_interfaces)
-        if (i->gigE() == gigE)
-            i->setFound(placed[i.get()], i.get() == asking ? changed : nullptr);
+    asking->setFound(found, changed);
 }
 
 // ---------------------------------------------------------------------------
 // Devices
 
-// The camera's registers through Aravis. A read or write of a camera that
-// stopped answering fails after Aravis's retries (about 2.5 s). The Aravis
-// device behind it is replaced when a lost camera returns.
+// The camera's registers through Aravis. The first read or write of a camera
+// that stopped answering fails after Aravis's retries (about 2.5 s) and
+// tells the device (noAnswer), which marks the camera lost; from then on
+// every access fails at once until the camera is back. The Aravis device
+// behind it is replaced when a lost camera returns.
 class AravisPort final : public IPort {
 public:
-    AravisPort(ArvDevice *device, EAccessMode mode, const std::string &camera)
+    // gigEAddress: the camera's address when it is a GigE Vision camera,
+    // whose reads go out as our own READMEM requests (with our answer time,
+    // not Aravis's 2.5 s); 0 for a USB3 Vision camera.
+    AravisPort(ArvDevice *device, EAccessMode mode, const std::string &camera, uint32_t gigEAddress,
+               std::function<void()> noAnswer)
         : m_device(device)
         , m_mode(mode)
         , m_camera(camera)
+        , m_gigEAddress(gigEAddress)
+        , m_noAnswer(std::move(noAnswer))
     {
     }
     EAccessMode GetAccessMode() const override { return m_lost ? NA : m_mode; }
     void Read(void *buffer, int64_t address, int64_t length) override
     {
+        refuseWhileLost();
+        if (m_gigEAddress != 0 && length >= 0) {
+            uint16_t refusal = 0;
+            switch (readMemory(m_gigEAddress, static_cast<uint64_t>(address), buffer,
+                               static_cast<size_t>(length), answerTimeout().ms, &refusal)) {
+            case OrbCamOk:
+                return;
+            case OrbCamErrNoDevice:
+                if (m_noAnswer)
+                    m_noAnswer();
+                throw ACCESS_EXCEPTION("camera %s is not answering", m_camera.c_str());
+            case OrbCamErrInvalidState:
+                throw ACCESS_EXCEPTION(
+                    "camera %s: reading %lld bytes at 0x%llx was refused (status 0x%04x)",
+                    m_camera.c_str(), static_cast<long long>(length),
+                    static_cast<unsigned long long>(address), unsigned(refusal));
+            default:
+                throw ACCESS_EXCEPTION("camera %s: reading at 0x%llx failed: no socket",
+                                       m_camera.c_str(), static_cast<unsigned long long>(address));
+            }
+        }
         GError *error = nullptr;
         Held device(*this);
         if (length < 0 || length > UINT32_MAX
@@ -484,6 +571,7 @@ public:
     {
         if (m_mode != RW && m_mode != WO)
             throw ACCESS_EXCEPTION("the camera %s was opened read-only", m_camera.c_str());
+        refuseWhileLost();
         GError *error = nullptr;
         Held device(*this);
         if (length < 0 || length > UINT32_MAX
@@ -493,6 +581,13 @@ public:
             fail("writing", address, length, error);
     }
     void setLost(bool lost) { m_lost = lost; }
+    // Whether the Aravis device behind still holds control of the camera.
+    bool controls()
+    {
+        Held device(*this);
+        return ARV_IS_GV_DEVICE(device.get())
+            && arv_gv_device_is_controller(ARV_GV_DEVICE(device.get()));
+    }
     // Takes `device` over and returns the one it replaces (the caller's).
     ArvDevice *replace(ArvDevice *device)
     {
@@ -521,11 +616,23 @@ private:
         ArvDevice *m_device;
     };
 
+    void refuseWhileLost() const
+    {
+        if (m_lost)
+            throw ACCESS_EXCEPTION("camera %s is not answering", m_camera.c_str());
+    }
+
     [[noreturn]] void fail(const char *what, int64_t address, int64_t length, GError *error)
     {
         const std::string why = error ? error->message : "invalid length";
+        // A camera that refuses has answered; one that did not answer in
+        // time is taken for gone until it answers again.
+        const bool timedOut
+            = error && g_error_matches(error, ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_TIMEOUT);
         if (error)
             g_error_free(error);
+        if (timedOut && m_noAnswer)
+            m_noAnswer();
         throw ACCESS_EXCEPTION("camera %s: %s %lld bytes at 0x%llx failed: %s", m_camera.c_str(),
                                what, static_cast<long long>(length),
                                static_cast<unsigned long long>(address), why.c_str());
@@ -535,19 +642,38 @@ private:
     ArvDevice *m_device;
     EAccessMode m_mode;
     std::string m_camera;
+    uint32_t m_gigEAddress;
+    std::function<void()> m_noAnswer;
     std::atomic<bool> m_lost { false };
 };
 
-// Opens the camera with this Aravis identifier; null with the reason in why.
-ArvDevice *openAravis(bool gigE, const std::string &id, std::string &why)
+// Opens the camera: a GigE Vision camera straight at its address, through
+// the card it was found on (no discovery of Aravis's, which would wait a
+// second per card); a USB3 Vision one by Aravis's identifier. Null with the
+// reason in why.
+ArvDevice *openAravis(const AravisCamera &camera, std::string &why)
 {
     GError *error = nullptr;
     ArvDevice *device = nullptr;
-    {
+    if (camera.gigE()) {
+        const OrbCam::Interface *owner = camera.GetInterface();
+        if (!owner) {
+            why = "the camera was not found on any network card";
+            return nullptr;
+        }
+        const uint32_t cardIp = static_cast<const AravisInterface *>(owner)->network().ip;
+        GInetAddress *card = g_inet_address_new_from_string(ipv4Text(cardIp).c_str());
+        GInetAddress *address = g_inet_address_new_from_string(ipv4Text(camera.ip()).c_str());
+        if (card && address)
+            device = arv_gv_device_new(card, address, &error);
+        if (card)
+            g_object_unref(card);
+        if (address)
+            g_object_unref(address);
+    } else {
         std::lock_guard<std::mutex> lock(aravisMutex());
-        ArvInterface *aravis
-            = gigE ? arv_gv_interface_get_instance() : arv_uv_interface_get_instance();
-        device = arv_interface_open_device(aravis, id.c_str(), &error);
+        device = arv_interface_open_device(arv_uv_interface_get_instance(),
+                                           camera.aravisId().c_str(), &error);
     }
     if (!device) {
         why = error ? error->message : "unknown reason";
@@ -563,7 +689,8 @@ public:
         : m_system(system)
         , m_camera(camera)
         , m_access(access)
-        , m_port(device, access == OrbCam::AccessMonitor ? RO : RW, camera.GetID())
+        , m_port(device, access == OrbCam::AccessMonitor ? RO : RW, camera.GetID(),
+                 addressOf(system, camera), [this] { markLost(); })
         , m_map(camera.GetID())
     {
         size_t size = 0;
@@ -599,20 +726,44 @@ public:
         m_system.openDevices().detach(this);
     }
 
-    // On the system's event thread, while the camera is lost: opens it
-    // again if it answers and tells the callbacks (event 1003). Blocks for
-    // a discovery (about a second).
-    void tryReturn()
+    // On the system's event thread, twice a second. A GigE Vision camera is
+    // asked for its privilege register (any answer, a refusal too, counts):
+    // one that misses LivenessMisses answers in a row is lost (event 1004),
+    // about 1.5 s after its last answer instead of the several seconds
+    // Aravis's heartbeat takes. A lost camera that answers again is opened
+    // anew (event 1003). A USB3 Vision camera's loss is Aravis's report; its
+    // return is looked for with Aravis's USB discovery.
+    void check()
     {
-        if (!m_lost)
+        if (!m_lost) {
+            if (!m_camera.gigE())
+                return;
+            if (privilege()) {
+                m_misses = 0;
+                return;
+            }
+            if (++m_misses >= answerTimeout().misses)
+                markLost();
             return;
-        {
+        }
+        if (m_camera.gigE()) {
+            const std::optional<uint32_t> held = privilege();
+            if (!held)
+                return;
+            // Silent for a while but never gone: our Aravis device still
+            // controls it (or we only watch it), so it carries on as it was.
+            const bool stillOurs
+                = m_access != OrbCam::AccessControl || ((*held & 0x3) != 0 && m_port.controls());
+            if (stillOurs) {
+                revive();
+                return;
+            }
+        } else {
             std::lock_guard<std::mutex> lock(aravisMutex());
-            arv_interface_update_device_list(m_camera.gigE() ? arv_gv_interface_get_instance()
-                                                             : arv_uv_interface_get_instance());
+            arv_interface_update_device_list(arv_uv_interface_get_instance());
         }
         std::string why;
-        ArvDevice *device = openAravis(m_camera.gigE(), m_camera.aravisId(), why);
+        ArvDevice *device = openAravis(m_camera, why);
         if (!device)
             return;
         if (m_access == OrbCam::AccessMonitor && ARV_IS_GV_DEVICE(device))
@@ -621,6 +772,12 @@ public:
         g_signal_handler_disconnect(old, m_lostHandler);
         g_object_unref(old);
         watch(device);
+        revive();
+    }
+
+    void revive()
+    {
+        m_misses = 0;
         m_port.setLost(false);
         m_lost = false;
         // Values cached while the camera was away are stale.
@@ -672,16 +829,47 @@ private:
 #pragma GCC diagnostic pop
     }
 
+    static uint32_t addressOf(AravisSystem &system, const AravisCamera &camera)
+    {
+        std::lock_guard<std::mutex> lock(system.stateMutex());
+        return camera.gigE() ? camera.ip() : 0;
+    }
+
     // On Aravis's heartbeat thread, some seconds after the camera stopped
     // answering.
     static void onLost(ArvDevice *, gpointer self)
     {
-        auto *device = static_cast<AravisDevice *>(self);
+        static_cast<AravisDevice *>(self)->markLost();
+    }
+
+    // Any thread: the camera is gone until it answers again; told once.
+    void markLost()
+    {
         std::lock_guard<std::mutex> lock(watchMutex());
-        if (device->m_lost.exchange(true))
+        if (m_lost.exchange(true))
             return;
-        device->m_port.setLost(true);
-        device->m_system.openDevices().post(device, OrbCam::EventDeviceLost);
+        m_port.setLost(true);
+        m_system.openDevices().post(this, OrbCam::EventDeviceLost);
+    }
+
+    // The camera's control channel privilege register, or nothing when it
+    // did not answer in time (a refusal reads as held exclusively).
+    std::optional<uint32_t> privilege() const
+    {
+        uint32_t ip = 0;
+        {
+            std::lock_guard<std::mutex> lock(m_system.stateMutex());
+            ip = m_camera.ip();
+        }
+        uint32_t value = 0;
+        switch (readRegister(ip, GvcpCcpRegister, &value, answerTimeout().ms)) {
+        case OrbCamOk:
+            return value;
+        case OrbCamErrInvalidState:
+            return 0x1;
+        default:
+            return std::nullopt;
+        }
     }
 
     AravisSystem &m_system;
@@ -692,6 +880,7 @@ private:
     std::unique_ptr<ParamArray> m_params;
     DeviceEvents m_events;
     std::atomic<bool> m_lost { false };
+    uint32_t m_misses = 0; // the event thread's
     gulong m_lostHandler = 0;
 };
 
@@ -706,7 +895,7 @@ public:
     OrbCam::Device *open() override
     {
         std::string why;
-        ArvDevice *device = openAravis(m_camera.gigE(), m_camera.aravisId(), why);
+        ArvDevice *device = openAravis(m_camera, why);
         if (!device)
             throw ACCESS_EXCEPTION("cannot open camera %s: %s", m_camera.GetID(), why.c_str());
         // Monitoring leaves the camera to whoever controls it.
@@ -759,9 +948,9 @@ std::vector<const OrbCam::DeviceInfo *> AravisSystem::openHere()
     return cameras;
 }
 
-void tryReturn(EventTarget *device)
+void checkDevice(EventTarget *device)
 {
-    static_cast<AravisDevice *>(device)->tryReturn();
+    static_cast<AravisDevice *>(device)->check();
 }
 
 } // namespace

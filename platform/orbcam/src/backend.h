@@ -8,6 +8,7 @@
 
 #include <OrbCam/OrbCam.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -42,6 +43,14 @@ public:
     // The backends this one is made of (itself, unless it combines others).
     virtual std::vector<Backend *> parts() { return { this }; }
 };
+
+// How long a real camera's answer is waited for, and how many liveness
+// checks in a row it may miss (OrbCam_SetAnswerTimeout). Any thread.
+struct AnswerTimeout {
+    std::atomic<uint32_t> ms { 400 };
+    std::atomic<uint32_t> misses { 2 };
+};
+AnswerTimeout &answerTimeout();
 
 // Several backends side by side, their interfaces listed in order.
 std::unique_ptr<Backend> combineBackends(std::vector<std::unique_ptr<Backend>> parts);

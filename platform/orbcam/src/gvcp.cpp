@@ -164,6 +164,30 @@ int parseReadRegisterAck(const uint8_t *bytes, size_t size, uint16_t requestId, 
     return 0;
 }
 
+std::array<uint8_t, 16> readMemoryCommand(uint32_t address, uint16_t count, uint16_t requestId)
+{
+    std::array<uint8_t, 16> packet {};
+    commandHeader(packet.data(), 0x01, GvcpReadMemCommand, 8, requestId);
+    put32(&packet[8], address);
+    put16(&packet[14], count);
+    return packet;
+}
+
+int parseReadMemoryAck(const uint8_t *bytes, size_t size, uint16_t requestId, uint32_t address,
+                       uint8_t *data, size_t count)
+{
+    uint16_t status = 0;
+    size_t payload = 0;
+    if (!ackHeader(bytes, size, GvcpReadMemAck, requestId, &status, &payload))
+        return -1;
+    if (status != 0)
+        return status;
+    if (payload < 4 + count || get32(bytes + 8) != address)
+        return -1;
+    std::memcpy(data, bytes + 12, count);
+    return 0;
+}
+
 namespace {
 
 // Sends `packet` to `toIp` (the limited broadcast leaves through the host
@@ -245,6 +269,45 @@ OrbCamErr exchange(const std::array<uint8_t, N> &packet, unsigned interfaceIndex
 }
 
 } // namespace
+
+OrbCamErr readMemory(uint32_t cameraIp, uint64_t address, void *buffer, size_t length,
+                     uint32_t timeoutMs, uint16_t *refusal, uint16_t port)
+{
+    if (length == 0)
+        return OrbCamOk;
+    const uint64_t first = address & ~uint64_t(3);
+    const uint64_t end = (address + length + 3) & ~uint64_t(3);
+    if (end > uint64_t(UINT32_MAX) + 1)
+        return OrbCamErrInvalidState;
+    auto *out = static_cast<uint8_t *>(buffer);
+    uint8_t piece[GvcpReadMemLargest];
+    for (uint64_t at = first; at < end; at += GvcpReadMemLargest) {
+        const auto count = static_cast<uint16_t>(std::min<uint64_t>(GvcpReadMemLargest, end - at));
+        const uint16_t requestId = nextRequestId();
+        int status = -1;
+        const OrbCamErr sent = exchange(
+            readMemoryCommand(static_cast<uint32_t>(at), count, requestId), 0, INADDR_ANY, cameraIp,
+            port, timeoutMs, [&](const uint8_t *answer, size_t size) {
+                status = parseReadMemoryAck(answer, size, requestId, static_cast<uint32_t>(at),
+                                            piece, count);
+                return status >= 0;
+            });
+        if (sent != OrbCamOk)
+            return sent;
+        if (status < 0)
+            return OrbCamErrNoDevice;
+        if (status > 0) {
+            if (refusal)
+                *refusal = static_cast<uint16_t>(status);
+            return OrbCamErrInvalidState;
+        }
+        // The part of this piece that was asked for.
+        const uint64_t from = std::max(at, address);
+        const uint64_t to = std::min<uint64_t>(at + count, address + length);
+        std::memcpy(out + (from - address), piece + (from - at), static_cast<size_t>(to - from));
+    }
+    return OrbCamOk;
+}
 
 OrbCamErr sendForceIp(unsigned interfaceIndex, uint32_t fromIp, uint64_t mac, uint32_t ip,
                       uint32_t mask, uint32_t gateway, uint32_t timeoutMs, uint16_t port)

@@ -37,6 +37,10 @@
 //   0xD8 serial number (16)           0xE8 user-defined name (16)
 // The strings end at their first NUL or fill their field.
 //
+// READMEM_CMD (0x0084) carries a 4-byte address, 2 reserved bytes and a
+// 2-byte count (a multiple of 4, at most 536); READMEM_ACK (0x0085) the
+// address and then the bytes read.
+//
 // READREG_CMD (0x0080) carries 4-byte register addresses; READREG_ACK
 // (0x0081) the 4-byte values, as many as were asked (fewer when the status
 // is not 0). The control channel privilege register (CCP, 0x0A00) has
@@ -67,6 +71,10 @@ constexpr size_t GvcpDiscoveryAckPayload = 248;
 constexpr uint16_t GvcpReadRegCommand = 0x0080;
 constexpr uint16_t GvcpReadRegAck = 0x0081;
 constexpr uint32_t GvcpCcpRegister = 0x0A00;
+constexpr uint16_t GvcpReadMemCommand = 0x0084;
+constexpr uint16_t GvcpReadMemAck = 0x0085;
+// The most READMEM asks for at once: what fits an acknowledge of 576 bytes.
+constexpr uint16_t GvcpReadMemLargest = 512;
 
 // What a camera says of itself in its DISCOVERY_ACK.
 struct GvcpCamera {
@@ -93,6 +101,14 @@ std::array<uint8_t, 12> readRegisterCommand(uint32_t address, uint16_t requestId
 // no such answer.
 int parseReadRegisterAck(const uint8_t *bytes, size_t size, uint16_t requestId, uint32_t *value);
 
+std::array<uint8_t, 16> readMemoryCommand(uint32_t address, uint16_t count, uint16_t requestId);
+// The bytes a READMEM_ACK for requestId carries for `address`: 0 with count
+// bytes copied to data; the camera's non-zero status when it refused; -1
+// when the bytes are no such answer (another request or address, too few
+// bytes).
+int parseReadMemoryAck(const uint8_t *bytes, size_t size, uint16_t requestId, uint32_t address,
+                       uint8_t *data, size_t count);
+
 // Broadcasts DISCOVERY_CMD out of the host interface (index, address) and
 // hands each camera that answers to `found`, once (by MAC and address), until timeoutMs
 // has passed or *stop is set (by `found` or by another thread's discovery:
@@ -107,6 +123,15 @@ void discoverCameras(unsigned interfaceIndex, uint32_t fromIp, uint32_t timeoutM
 // packet could not be sent. Blocks for at most timeoutMs.
 OrbCamErr readRegister(uint32_t cameraIp, uint32_t address, uint32_t *value, uint32_t timeoutMs,
                        uint16_t port = GvcpPort);
+
+// Reads `length` bytes of the camera's memory at `address` without taking
+// control (any alignment: whole 4-byte words are asked for, in pieces of at
+// most GvcpReadMemLargest), each piece asked again twice within timeoutMs.
+// OrbCamOk with the bytes in buffer; OrbCamErrNoDevice when a piece got no
+// answer in time; OrbCamErrInvalidState when the camera refused, its status
+// in *refusal (may be null); OrbCamErrUnknown when nothing could be sent.
+OrbCamErr readMemory(uint32_t cameraIp, uint64_t address, void *buffer, size_t length,
+                     uint32_t timeoutMs, uint16_t *refusal = nullptr, uint16_t port = GvcpPort);
 
 // Broadcasts FORCEIP_CMD (to 255.255.255.255, port `port`) out of the host
 // interface with kernel index `interfaceIndex` and address `fromIp`, and

@@ -36,13 +36,21 @@
 /// the cameras and carries their register reads and writes.
 ///
 /// Real cameras answer over the network or USB, so some calls wait for them
-/// (never on a lock another thread needs meanwhile): UpdateDeviceList about
-/// one second (discovery); OrbCam_CreateDevice up to a few seconds (the
-/// camera's description is read); a feature read or write of a camera that
-/// stopped answering about 2.5 seconds before it fails; ForceIP up to one
-/// second for the camera's answer. A GUI thread should run discovery and
-/// opening elsewhere. A camera that stops answering is reported (event 1004)
-/// about five seconds later.
+/// (never on a lock another thread needs meanwhile): UpdateDeviceList for the
+/// time it is given (each GigE Vision interface asks its own network, so
+/// interfaces asked from several threads at once take that time once);
+/// OrbCam_CreateDevice up to a few seconds (the camera's description is
+/// read); ForceIP up to one second for the camera's answer. A feature read of
+/// a GigE Vision camera that stopped answering waits the answer time
+/// (OrbCam_SetAnswerTimeout, 400 ms by default) once; a write goes through
+/// Aravis, which waits its own fixed time (about 2.5 s) and does not let it
+/// be set. The camera then counts as not answering: every read and write
+/// fails at once (OrbCamErrNoDevice through the parameter API) until it
+/// answers again. A GUI thread should run discovery, opening and feature
+/// access elsewhere. A GigE Vision camera that stops answering is reported
+/// (event 1004) within about two seconds of its last answer, and its return
+/// (event 1003) within about a second of its first; a USB3 Vision camera's
+/// loss when Aravis notices it.
 #ifndef ORBCAM_ORBCAM_H
 #define ORBCAM_ORBCAM_H
 
@@ -219,6 +227,19 @@ protected:
 ORBCAM_API OrbCam::System *OrbCam_GetSystem(OrbCamErr *err = nullptr);
 /// Gives one reference back; the last one frees the system.
 ORBCAM_API void OrbCam_ReleaseSystem(OrbCam::System *system);
+
+/// How the real-camera backend waits for a GigE Vision camera: timeoutMs for
+/// the answer to one of its requests (a feature read, a check that an open
+/// camera still answers; each request is sent three times within the time),
+/// and how many of those checks, one every half second, may go unanswered
+/// in a row before the camera counts as lost (event 1004). Defaults 400 ms
+/// and 2: a camera that stops answering is reported within about two
+/// seconds. Applies at once, to open cameras too. OrbCamErrInvalidArgument
+/// for a time outside 10 to 10000 ms or a count outside 1 to 100.
+/// Thread-safe.
+ORBCAM_API OrbCamErr OrbCam_SetAnswerTimeout(uint32_t timeoutMs, uint32_t misses);
+/// The values OrbCam_SetAnswerTimeout set (either pointer may be null).
+ORBCAM_API void OrbCam_GetAnswerTimeout(uint32_t *timeoutMs, uint32_t *misses);
 
 /// The backends this build has: BackendSimulated, and BackendAravis when the
 /// library was built with Aravis.
