@@ -145,7 +145,7 @@ QVariant DeviceInfoNode::data(int column, int role) const
     return QVariant();
 }
 
-DeviceTreeModel::DeviceTreeModel(OrbCam::System *system, QObject *parent)
+DeviceTreeModel::DeviceTreeModel(OrbCam::System *system, QObject *parent, bool discover)
     : QAbstractItemModel(parent)
     , m_system(system)
 {
@@ -155,7 +155,7 @@ DeviceTreeModel::DeviceTreeModel(OrbCam::System *system, QObject *parent)
         return true;
     }();
     Q_UNUSED(registered)
-    getDevices(m_interfaces, m_devices);
+    getDevices(m_interfaces, m_devices, discover);
     {
         std::lock_guard<std::mutex> lock(m_freshMutex);
         m_displayedKey = keyOf(m_interfaces, m_devices);
@@ -165,7 +165,7 @@ DeviceTreeModel::DeviceTreeModel(OrbCam::System *system, QObject *parent)
 
 DeviceTreeModel::~DeviceTreeModel() = default;
 
-void DeviceTreeModel::getDevices(Interfaces &interfaces, Devices &devices) const
+void DeviceTreeModel::getDevices(Interfaces &interfaces, Devices &devices, bool discover) const
 {
     interfaces.clear();
     devices.clear();
@@ -178,7 +178,8 @@ void DeviceTreeModel::getDevices(Interfaces &interfaces, Devices &devices) const
         const QString key = fromAscii(iface->GetID());
         interfaces.push_back(iface);
         bool changed = false;
-        iface->UpdateDeviceList(&changed, 200);
+        if (discover)
+            iface->UpdateDeviceList(&changed, 200);
         std::vector<OrbCam::DeviceInfo *> &found = devices[key];
         if (OrbCam::DeviceInfoList *infos = iface->GetDeviceInfoList()) {
             for (OrbCam::DeviceInfo *info = infos->First(); info; info = infos->Next())
@@ -234,6 +235,29 @@ void DeviceTreeModel::rescan()
     }
     rebuild();
     endResetModel();
+}
+
+bool DeviceTreeModel::refresh()
+{
+    Interfaces interfaces;
+    Devices devices;
+    getDevices(interfaces, devices, false);
+    Key key = keyOf(interfaces, devices);
+    {
+        std::lock_guard<std::mutex> lock(m_freshMutex);
+        if (key == m_displayedKey)
+            return false;
+    }
+    beginResetModel();
+    m_interfaces = std::move(interfaces);
+    m_devices = std::move(devices);
+    {
+        std::lock_guard<std::mutex> lock(m_freshMutex);
+        m_displayedKey = std::move(key);
+    }
+    rebuild();
+    endResetModel();
+    return true;
 }
 
 void DeviceTreeModel::updateModel()

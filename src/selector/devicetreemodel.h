@@ -88,7 +88,9 @@ public:
     using Interfaces = std::vector<OrbCam::Interface *>;
     using Devices = std::map<QString, std::vector<OrbCam::DeviceInfo *>>;
 
-    DeviceTreeModel(OrbCam::System *system, QObject *parent = nullptr);
+    // With `discover`, the constructor runs a discovery pass first (it waits
+    // for the cameras); without, it shows what the system found last.
+    DeviceTreeModel(OrbCam::System *system, QObject *parent = nullptr, bool discover = true);
     ~DeviceTreeModel() override;
 
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -105,9 +107,13 @@ public:
     bool canFetchMore(const QModelIndex &parent) const override;
     void fetchMore(const QModelIndex &parent) override;
 
-    // A discovery pass into the given snapshot (re-enumerating every
-    // interface with a time-out of 200 ms).
-    void getDevices(Interfaces &interfaces, Devices &devices) const;
+    // A snapshot of what the interfaces found, after a discovery pass (each
+    // interface asked with a time-out of 200 ms) when `discover`.
+    void getDevices(Interfaces &interfaces, Devices &devices, bool discover = true) const;
+    // Shows what the interfaces found last when it differs from the tree;
+    // never discovers, so it does not wait. True when the tree was rebuilt.
+    // GUI thread.
+    bool refresh();
     // Rediscovers and rebuilds at once. GUI thread.
     void rescan();
     // A fresh discovery pass; true when it differs from the displayed tree

@@ -1,7 +1,9 @@
 #include <OrbGui/orbcameraselectorapi.h>
 #include <OrbGui/orbcameraselectordialog.h>
 
+#include "camerasearch.h"
 #include "common/flatentry.h"
+#include "common/guihandoff.h"
 #include "devicetreemodel.h"
 #include "setipdialog.h"
 #include "ui_orbcameraselectordialog.h"
@@ -12,41 +14,15 @@
 
 #include <QAction>
 #include <QHeaderView>
+#include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStandardItemModel>
 
-#include <atomic>
-#include <chrono>
-#include <condition_variable>
 #include <cstring>
-#include <mutex>
-#include <thread>
 
 namespace OrbGui {
-
-// Carries the polling thread's news to the GUI thread: systemChanged() is
-// connected by name to onSystemChanged(), so an emission from the polling
-// thread arrives as a queued call on the GUI thread.
-class PrivateSlotForwarder : public QObject {
-    Q_OBJECT
-
-public:
-    explicit PrivateSlotForwarder(OrbCameraSelectorDialogPrivate *d)
-        : m_d(d)
-    {
-    }
-
-Q_SIGNALS:
-    void systemChanged();
-
-public Q_SLOTS:
-    void onSystemChanged();
-
-private:
-    OrbCameraSelectorDialogPrivate *m_d;
-};
 
 class OrbCameraSelectorDialogPrivate {
     Q_DECLARE_PUBLIC(OrbCameraSelectorDialog)
@@ -55,7 +31,7 @@ public:
     OrbCameraSelectorDialogPrivate(OrbCameraSelectorDialog *q, OrbCam::System *cameraSystem)
         : q_ptr(q)
         , system(cameraSystem)
-        , forwarder(this)
+        , handOff(q)
     {
     }
 
@@ -64,10 +40,9 @@ public:
     void setButtons(const QModelIndex &current);
     void fillPanes(const QModelIndex &current);
     void showPane(QTreeView *view, QStandardItemModel *model);
-    void startPolling();
-    void stopPolling();
-    void pollThread();
-    void onSystemChanged();
+    void setPolling(bool on);
+    void showFound();
+    void searching(bool running, bool shown);
     void rebuilt(const QModelIndex &at);
     bool forceIp();
     void runForceIp();
@@ -79,21 +54,16 @@ public:
     QPushButton *rescan = nullptr;
     QAction *setIpAction = nullptr;
     QMenu *menu = nullptr;
-    std::thread poller;
-    std::atomic<bool> running { false };
-    std::atomic<int> changed { 0 };
-    std::mutex wakeMutex;
-    std::condition_variable wake;
+    QLabel *searchingLabel = nullptr;
+    bool polling = false;
+    // The process's camera search; 0 when there is none (no system). It
+    // stops calling before the hand-off goes.
+    int searchTicket = 0;
     QString currentId;
     QStandardItemModel *interfaceInfo = nullptr;
     QStandardItemModel *deviceInfo = nullptr;
-    PrivateSlotForwarder forwarder;
+    GuiHandOff handOff;
 };
-
-void PrivateSlotForwarder::onSystemChanged()
-{
-    m_d->onSystemChanged();
-}
 
 namespace {
 
@@ -190,7 +160,16 @@ void OrbCameraSelectorDialogPrivate::init(bool poll)
 {
     Q_Q(OrbCameraSelectorDialog);
     ui.setupUi(q);
-    model = new DeviceTreeModel(system, q);
+    // Discovery waits for the network: it runs on the search thread, and the
+    // tree starts with what the system found last and fills in as each
+    // interface answers.
+    searchTicket = CameraSearch::instance().subscribe(
+        system,
+        { [this](bool running, bool shown) {
+             handOff.post([this, running, shown] { searching(running, shown); });
+         },
+          [this] { handOff.post([this] { showFound(); }); } });
+    model = new DeviceTreeModel(system, q, searchTicket == 0);
     ui.cameraTreeView->setModel(model);
     ui.cameraTreeView->expandAll();
     ui.splitter->setStretchFactor(0, 1);
@@ -204,6 +183,14 @@ void OrbCameraSelectorDialogPrivate::init(bool poll)
         rescan->fontMetrics().horizontalAdvance(rescan->text())
         + 2 * q->style()->pixelMetric(QStyle::PM_ButtonMargin, &option, rescan));
     rescan->setEnabled(false);
+
+    searchingLabel = new QLabel(OrbCameraSelectorDialog::tr("Searching for cameras\u2026"), q);
+    searchingLabel->setObjectName(QStringLiteral("searchingLabel"));
+    QSizePolicy keepRoom = searchingLabel->sizePolicy();
+    keepRoom.setRetainSizeWhenHidden(true); // the buttons stay where they are
+    searchingLabel->setSizePolicy(keepRoom);
+    searchingLabel->hide();
+    ui.horizontalLayout->insertWidget(ui.horizontalLayout->indexOf(ui.chPoll) + 1, searchingLabel);
 
     setIpAction = new QAction(OrbCameraSelectorDialog::tr("Set IP Address"), q);
     setIpAction->setObjectName(QStringLiteral("setIpAction"));
@@ -219,19 +206,14 @@ void OrbCameraSelectorDialogPrivate::init(bool poll)
             ok->click();
     });
     QObject::connect(rescan, &QPushButton::clicked, q, [this] {
+        if (searchTicket != 0) {
+            CameraSearch::instance().rescan();
+            return;
+        }
         model->rescan();
         rebuilt(model->getItemIdx(currentId));
     });
-    QObject::connect(ui.chPoll, &QCheckBox::toggled, q, [this](bool on) {
-        if (on) {
-            startPolling();
-            rescan->setEnabled(false);
-        } else {
-            rescan->setEnabled(false);
-            stopPolling();
-            rescan->setEnabled(true);
-        }
-    });
+    QObject::connect(ui.chPoll, &QCheckBox::toggled, q, [this](bool on) { setPolling(on); });
     QObject::connect(ui.setIpBtn, &QPushButton::clicked, q, [this] { runForceIp(); });
     QObject::connect(setIpAction, &QAction::triggered, q, [this] { runForceIp(); });
     QObject::connect(ui.cameraTreeView, &QWidget::customContextMenuRequested, q,
@@ -239,11 +221,10 @@ void OrbCameraSelectorDialogPrivate::init(bool poll)
                          if (setIpAction->isEnabled())
                              menu->popup(ui.cameraTreeView->viewport()->mapToGlobal(at));
                      });
-    QObject::connect(&forwarder, SIGNAL(systemChanged()), &forwarder, SLOT(onSystemChanged()));
 
     setButtons(QModelIndex());
     ui.chPoll->setChecked(poll); // starts polling when asked
-    rescan->setEnabled(!running);
+    rescan->setEnabled(!polling);
     const QModelIndex first = model->getFirstIdx();
     if (first.isValid())
         ui.cameraTreeView->setCurrentIndex(first);
@@ -370,47 +351,27 @@ void OrbCameraSelectorDialogPrivate::rebuilt(const QModelIndex &at)
     currentChanged(ui.cameraTreeView->currentIndex());
 }
 
-void OrbCameraSelectorDialogPrivate::startPolling()
+// Returns at once either way: a pass under way ends on the search thread.
+void OrbCameraSelectorDialogPrivate::setPolling(bool on)
 {
-    if (running)
-        return;
-    running = true;
-    poller = std::thread([this] { pollThread(); });
+    polling = on;
+    rescan->setEnabled(!on);
+    if (searchTicket != 0)
+        CameraSearch::instance().setPolling(searchTicket, on);
 }
 
-void OrbCameraSelectorDialogPrivate::stopPolling()
+void OrbCameraSelectorDialogPrivate::showFound()
 {
-    {
-        std::lock_guard<std::mutex> lock(wakeMutex);
-        running = false;
-    }
-    wake.notify_all();
-    // Returns once the pass under way has ended.
-    if (poller.joinable())
-        poller.join();
+    if (model->refresh())
+        rebuilt(model->getItemIdx(currentId));
 }
 
-void OrbCameraSelectorDialogPrivate::pollThread()
+void OrbCameraSelectorDialogPrivate::searching(bool running, bool shown)
 {
-    while (running) {
-        if (model->checkNew()) {
-            changed.store(1);
-            Q_EMIT forwarder.systemChanged();
-        }
-        std::unique_lock<std::mutex> lock(wakeMutex);
-        // A second between passes, cut short when polling stops.
-        if (wake.wait_for(lock, std::chrono::seconds(1), [this] { return !running; }))
-            return;
-    }
-}
-
-void OrbCameraSelectorDialogPrivate::onSystemChanged()
-{
-    int expected = 1;
-    if (!changed.compare_exchange_strong(expected, 0))
-        return;
-    model->updateModel();
-    rebuilt(model->getItemIdx(currentId));
+    if (shown)
+        searchingLabel->setVisible(running);
+    if (!running)
+        showFound();
 }
 
 void OrbCameraSelectorDialogPrivate::runForceIp()
@@ -520,13 +481,14 @@ OrbCameraSelectorDialog::OrbCameraSelectorDialog(OrbCam::System *system, QWidget
 
 OrbCameraSelectorDialog::~OrbCameraSelectorDialog()
 {
-    // The polling thread uses the model and the forwarder: it stops first.
-    d_func()->stopPolling();
+    // The search calls into the hand-off: it lets go first (at once; a pass
+    // under way finishes on the search thread).
+    CameraSearch::instance().unsubscribe(d_func()->searchTicket);
 }
 
 bool OrbCameraSelectorDialog::isPollChecked()
 {
-    return d_func()->running;
+    return d_func()->polling;
 }
 
 OrbCam::DeviceInfo *OrbCameraSelectorDialog::selectedCamera() const
@@ -568,5 +530,3 @@ OrbCam::DeviceInfo *SelectCameraW(OrbCam::System *system, const wchar_t *title,
     return OrbGui::SelectCamera(system, OrbGui::titleFromUcs4(title), parentWindowId, poll);
 }
 }
-
-#include "orbcameraselectordialog.moc"

@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -101,7 +102,9 @@ private Q_SLOTS:
     void activationAccepts();
     void rescanKeepsTheSelection();
     void pollingFollowsTheSystem();
-    void pollingOffWaitsForThePass();
+    void pollingOffAnswersAtOnce();
+    void searchRunsBesideTheGui();
+    void closingDuringASearchLeavesNoThread();
     void closingWhilePolling();
     void proposal_data();
     void proposal();
@@ -271,13 +274,13 @@ void tst_CameraSelector::rescanKeepsTheSelection()
     s.choose(id);
     QCOMPARE(OrbCamSim::AddCamera("GEV0", "orbsim-c2000", "C2-5000"), OrbCamOk);
     QTest::mouseClick(s.child<QPushButton>("rescanBtn"), Qt::LeftButton);
-    QVERIFY(s.find(QStringLiteral("GEV0/C2-5000")).isValid());
+    QTRY_VERIFY(s.find(QStringLiteral("GEV0/C2-5000")).isValid());
     QCOMPARE(s.currentId(), id);
     QVERIFY(s.pane("deviceInfoTreeView").contains(QStringLiteral("Serial number=C2-1002")));
     // A camera that went away: back to the first interface.
     QCOMPARE(OrbCamSim::RemoveCamera(id.toStdString()), OrbCamOk);
     QTest::mouseClick(s.child<QPushButton>("rescanBtn"), Qt::LeftButton);
-    QCOMPARE(s.currentId(), QStringLiteral("GEV0"));
+    QTRY_COMPARE(s.currentId(), QStringLiteral("GEV0"));
 }
 
 void tst_CameraSelector::pollingFollowsTheSystem()
@@ -303,9 +306,9 @@ void tst_CameraSelector::pollingFollowsTheSystem()
     QVERIFY(s.child<QPushButton>("rescanBtn")->isEnabled());
 }
 
-// Turning polling off waits for the pass under way, and no rebuild comes
-// after it.
-void tst_CameraSelector::pollingOffWaitsForThePass()
+// Turning polling off answers at once (a pass under way ends on the search
+// thread), and no pass starts after it.
+void tst_CameraSelector::pollingOffAnswersAtOnce()
 {
     SystemRef sys;
     Selector s(sys.system, true);
@@ -318,6 +321,66 @@ void tst_CameraSelector::pollingOffWaitsForThePass()
     QCOMPARE(OrbCamSim::AddCamera("GEV0", "orbsim-c2000", "C2-7000"), OrbCamOk);
     QTest::qWait(1500);
     QVERIFY(!s.find(QStringLiteral("GEV0/C2-7000")).isValid());
+}
+
+namespace {
+
+int threadCount()
+{
+    return QDir(QStringLiteral("/proc/self/task"))
+        .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
+        .size();
+}
+
+} // namespace
+
+// Discovery waits for the network: the selector opens at once, says it is
+// searching, keeps answering meanwhile, and fills in when the interfaces
+// have answered; Rescan likewise.
+void tst_CameraSelector::searchRunsBesideTheGui()
+{
+    SystemRef sys;
+    OrbCamSim::SetDiscoveryTime(400);
+    int ticks = 0;
+    QTimer ticker;
+    connect(&ticker, &QTimer::timeout, [&ticks] { ++ticks; });
+    ticker.start(10);
+    Selector s(sys.system);
+    auto *searching = s.child<QLabel>("searchingLabel");
+    QVERIFY(searching);
+    QTRY_VERIFY(searching->isVisible());
+    QCOMPARE(searching->text(), QStringLiteral("Searching for cameras\u2026"));
+    const int ticksWhenShown = ticks;
+    QTRY_VERIFY(!searching->isVisible());
+    // The GUI thread ran its timers while the interfaces were asked.
+    QVERIFY2(ticks - ticksWhenShown >= 5, qPrintable(QString::number(ticks - ticksWhenShown)));
+    QVERIFY(!cameraId(sys, "GEV0", 0).isEmpty());
+    QVERIFY(s.find(cameraId(sys, "GEV0", 0)).isValid());
+
+    std::string added;
+    QCOMPARE(OrbCamSim::AddCamera("U3V0", "orbsim-m1300", "M1-900", &added), OrbCamOk);
+    QTest::mouseClick(s.child<QPushButton>("rescanBtn"), Qt::LeftButton);
+    QTRY_VERIFY(searching->isVisible());
+    QVERIFY(!s.find(QString::fromStdString(added)).isValid()); // not yet: still asking
+    QTRY_VERIFY(s.find(QString::fromStdString(added)).isValid());
+    QTRY_VERIFY(!searching->isVisible());
+}
+
+// Cancel during a search returns at once; the search ends on its own thread
+// and no thread of ours is left once it has.
+void tst_CameraSelector::closingDuringASearchLeavesNoThread()
+{
+    SystemRef sys;
+    OrbCamSim::SetDiscoveryTime(400);
+    const int before = threadCount();
+    {
+        Selector s(sys.system);
+        QTRY_VERIFY(s.child<QLabel>("searchingLabel")->isVisible());
+        QVERIFY(threadCount() > before);
+        QTest::keyClick(&s.dialog, Qt::Key_Escape);
+        QCOMPARE(s.dialog.result(), int(QDialog::Rejected));
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(threadCount(), before, 3000);
 }
 
 void tst_CameraSelector::closingWhilePolling()

@@ -12,6 +12,7 @@
 #include <map>
 #include <sstream>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 using namespace GenApi;
@@ -575,8 +576,17 @@ uint32_t SimInterface::indexOf(const SimCamera *camera) const
     return it == m_found.end() ? UINT32_MAX : static_cast<uint32_t>(it - m_found.begin());
 }
 
-OrbCamErr SimInterface::UpdateDeviceList(bool *changed, uint32_t)
+std::atomic<uint32_t> &discoveryTime()
 {
+    static std::atomic<uint32_t> milliseconds { 0 };
+    return milliseconds;
+}
+
+OrbCamErr SimInterface::UpdateDeviceList(bool *changed, uint32_t timeoutMs)
+{
+    // The wait of a network's discovery, holding nothing.
+    if (const uint32_t wait = std::min(discoveryTime().load(), timeoutMs))
+        std::this_thread::sleep_for(std::chrono::milliseconds(wait));
     std::lock_guard<std::recursive_mutex> lock(m_mutex);
     std::vector<OrbCam::DeviceInfo *> found;
     for (const auto &camera : m_cameras)

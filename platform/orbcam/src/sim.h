@@ -64,6 +64,9 @@ struct ModelInfo {
 // Throws std::runtime_error when the model or its side file cannot be read.
 std::shared_ptr<const ModelInfo> loadModel(const std::string &model);
 
+// OrbCamSim::SetDiscoveryTime's value.
+std::atomic<uint32_t> &discoveryTime();
+
 struct Range {
     int64_t address = 0, length = 0;
     bool overlaps(int64_t a, int64_t l) const

@@ -98,7 +98,13 @@ OrbCamErr ConfigureFromFile(const std::string &path, std::string *why)
 
 OrbCamErr Reset()
 {
+    OrbCamImpl::discoveryTime() = 0;
     return Configure(defaultConfigJson());
+}
+
+void SetDiscoveryTime(uint32_t milliseconds)
+{
+    OrbCamImpl::discoveryTime() = milliseconds;
 }
 
 std::string CamerasDir()

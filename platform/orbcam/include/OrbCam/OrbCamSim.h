@@ -88,6 +88,11 @@ struct Write {
 /// OrbCamErrNoDevice for an unknown camera.
 ORBCAM_API OrbCamErr TakeWrites(const std::string &deviceId, std::vector<Write> *writes);
 
+/// How long each simulated interface's UpdateDeviceList takes, as a real
+/// network's discovery does (never longer than its caller allows); 0, the
+/// default, answers at once. Reset() sets it back to 0. Thread-safe.
+ORBCAM_API void SetDiscoveryTime(uint32_t milliseconds);
+
 /// The simulation clock (milliseconds) that drives temperature drift and
 /// frame timing. By default it follows the real clock; once set it stands
 /// still except for AdvanceClock, so that tests are deterministic.
