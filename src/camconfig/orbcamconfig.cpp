@@ -1,6 +1,7 @@
 #include <OrbGui/orbcamconfig.h>
 
 #include "camconfigdialog_p.h"
+#include "common/devicereader.h"
 #include "ui_orbcamconfig.h"
 #include "ui_orbcamconfigabout.h"
 
@@ -63,8 +64,7 @@ public:
     void forgetParameters();
     void tick();
     void refreshFrames();
-    std::optional<QString> number(const char *name, int64_t *value = nullptr) const;
-    void showTemperature();
+    void applyPanel(const struct PanelReading &reading);
     void clearPanel();
     void updateStatusBar();
     void finalAdjustment();
@@ -77,7 +77,6 @@ public:
     void connectDevice();
     OrbCam::Device *chooseDevice();
     OrbCam::Device *selectAndOpen(OrbCam::System *from);
-    bool selectedIsB() const;
     void markColumn(bool b, bool current);
     QVector<Pane> panes() const;
     template <class P> P *param(const char *name) const;
@@ -92,10 +91,7 @@ public:
     Ui_OrbCamConfigAboutDialog aboutUi;
     bool initialised = false;
     bool frameABSupport = false;
-    bool refreshBoth = false;
     bool ownsDevice = false;
-    int frameMode = 0; // 0 frame A, 1 frame B, 2 both alternating
-    bool selectorB = false;
     std::atomic<int> connectionEvent { NoEvent };
     OrbGenParam::Enum *selector = nullptr;
     OrbGenParam::Enum *mode = nullptr;
@@ -111,6 +107,11 @@ public:
     QTimer *timer = nullptr;
     OrbCamConfigMapper mapper;
     GuiHandOff handOff;
+    // The panel's reads run on the device's reader, never on the GUI thread;
+    // one at a time, and a refresh asked for meanwhile follows it.
+    std::shared_ptr<DeviceReader> reader;
+    bool panelReading = false;
+    bool panelAgain = false;
 };
 
 template <class P> P *OrbCamConfigPrivate::param(const char *name) const
@@ -266,6 +267,7 @@ void OrbCamConfigPrivate::initialise(OrbCam::Device *newDevice)
     }
     device = newDevice;
     params = nullptr;
+    reader = device ? DeviceReader::of(device) : nullptr;
     if (device) {
         OrbCamErr err = OrbCamOk;
         params = device->GetParams(&err);
@@ -320,20 +322,11 @@ void OrbCamConfigPrivate::fetchParameters()
     readFrameState();
 }
 
+// What the camera has; its selector's and mode's values come with the
+// panel's reading.
 void OrbCamConfigPrivate::readFrameState()
 {
     frameABSupport = selector != nullptr;
-    selectorB = false;
-    frameMode = 0;
-    if (!frameABSupport)
-        return;
-    selectorB = QString::fromUtf8(selector->GetValueName()) != frameA;
-    if (mode) {
-        const QString name = QString::fromUtf8(mode->GetValueName());
-        frameMode = name == frameA ? 0 : name == frameB ? 1 : 2;
-        if (frameMode == 2)
-            refreshBoth = true;
-    }
 }
 
 void OrbCamConfigPrivate::forgetParameters()
@@ -341,6 +334,11 @@ void OrbCamConfigPrivate::forgetParameters()
     for (OrbGenParam::Enum *watched : { selector, mode })
         if (watched)
             watched->UnregisterEventSink(this);
+    // A read under way uses the parameters: it ends first (at most one
+    // read's wait), and what it read goes nowhere.
+    if (reader)
+        reader->cancel(this);
+    panelReading = panelAgain = false;
     handOff.invalidate();
     selector = mode = nullptr;
     params = nullptr;
@@ -349,19 +347,27 @@ void OrbCamConfigPrivate::forgetParameters()
 void OrbCamConfigPrivate::OnParameterUpdate(OrbGenParam::Param *)
 {
     handOff.post([this] {
-        if (!params)
-            return;
-        readFrameState();
-        refreshFrames();
+        if (params)
+            refreshFrames();
     });
 }
 
-// No value: the camera lacks the feature, and its field is left as it is.
-// An empty text: the read failed, and the field shows nothing rather than a
-// made-up 0.
-std::optional<QString> OrbCamConfigPrivate::number(const char *name, int64_t *value) const
+// What the panel shows, read on the reader's thread. No value: the camera
+// lacks the feature, and its field is left as it is. An empty text: the
+// read failed (a camera not answering among others), and the field shows
+// nothing rather than a made-up or stale number.
+struct PanelReading {
+    bool b = false; // the selector names frame B
+    std::optional<QString> temperature, width, height, exposure, frameTime;
+    int64_t time = 0;
+};
+
+namespace {
+
+std::optional<QString> numberOf(OrbGenParam::Array *params, const char *name,
+                                int64_t *value = nullptr)
 {
-    auto *feature = param<OrbGenParam::Int>(name);
+    OrbGenParam::Int *feature = params->GetInt(name);
     if (!feature)
         return std::nullopt;
     OrbCamErr err = OrbCamOk;
@@ -373,6 +379,27 @@ std::optional<QString> OrbCamConfigPrivate::number(const char *name, int64_t *va
     return QString::number(read);
 }
 
+// The selector is read afresh with the values, once: the panel must not put
+// one frame's readings under the other's heading because an event about the
+// selector is still on its way.
+PanelReading readPanel(OrbGenParam::Array *params, OrbGenParam::Enum *selector)
+{
+    PanelReading r;
+    if (selector) {
+        OrbCamErr err = OrbCamOk;
+        const char *name = selector->GetValueName(&err);
+        r.b = err == OrbCamOk && name && QString::fromUtf8(name) != frameA;
+    }
+    r.temperature = numberOf(params, "CurrentTemperature");
+    r.width = numberOf(params, "Width");
+    r.height = numberOf(params, "Height");
+    r.exposure = numberOf(params, "CurrentExposureTime");
+    r.frameTime = numberOf(params, "CurrentFrameTime", &r.time);
+    return r;
+}
+
+} // namespace
+
 namespace {
 
 void showIn(QLineEdit *field, const std::optional<QString> &text)
@@ -382,18 +409,6 @@ void showIn(QLineEdit *field, const std::optional<QString> &text)
 }
 
 } // namespace
-
-// Whether the camera's selector names frame B now. Read afresh: the panel
-// must not put one frame's readings under the other's heading because an
-// event about the selector is still on its way.
-bool OrbCamConfigPrivate::selectedIsB() const
-{
-    if (!selector)
-        return false;
-    OrbCamErr err = OrbCamOk;
-    const char *name = selector->GetValueName(&err);
-    return err == OrbCamOk && name && QString::fromUtf8(name) != frameA;
-}
 
 // A column whose frame is not selected on the camera cannot be read without
 // changing the selector behind the user's back: it keeps its last reading,
@@ -413,39 +428,54 @@ void OrbCamConfigPrivate::markColumn(bool b, bool current)
     }
 }
 
-// Reads the selected frame's values into its own column only, the selector
-// read once; the other column is marked as not current. The window leaves
-// the rule that reads whatever the selector names into a column chosen by
-// the frame mode: that put frame A's numbers under frame B's heading. A
-// column never shows another frame's values.
+// Asks the reader for the panel's values; what it reads comes back through
+// the hand-off. A refresh asked for while a read is out follows it, once.
 void OrbCamConfigPrivate::refreshFrames()
 {
-    if (!params)
+    if (!params || !reader)
         return;
-    const bool b = frameABSupport && selectedIsB();
+    if (panelReading) {
+        panelAgain = true;
+        return;
+    }
+    panelReading = true;
+    OrbGenParam::Array *from = params;
+    OrbGenParam::Enum *frameSelector = selector;
+    reader->post(this, [this, from, frameSelector] {
+        const PanelReading reading = readPanel(from, frameSelector);
+        handOff.post([this, reading] {
+            panelReading = false;
+            if (!params)
+                return;
+            applyPanel(reading);
+            if (std::exchange(panelAgain, false))
+                refreshFrames();
+        });
+    });
+}
+
+// The selected frame's values go into its own column only; the other column
+// is marked as not current. The window leaves the rule that reads whatever
+// the selector names into a column chosen by the frame mode: that put frame
+// A's numbers under frame B's heading. A column never shows another frame's
+// values.
+void OrbCamConfigPrivate::applyPanel(const PanelReading &r)
+{
+    const bool b = frameABSupport && r.b;
     markColumn(b, true);
     if (frameABSupport)
         markColumn(!b, false);
-    const std::optional<QString> width = number("Width");
-    const std::optional<QString> height = number("Height");
-    if (width || height)
+    showIn(ui.lineEditTemperature, r.temperature);
+    if (r.width || r.height)
         showIn(b ? ui.lineEditSizeFrameB : ui.lineEditSizeFrameA,
-               width.value_or(QString()) + QStringLiteral("x") + height.value_or(QString()));
-    showIn(b ? ui.lineEditExpFrameB : ui.lineEditExpFrameA, number("CurrentExposureTime"));
-    int64_t time = 0;
-    const std::optional<QString> frameTime = number("CurrentFrameTime", &time);
-    showIn(b ? ui.lineEditFtmFrameB : ui.lineEditFtmFrameA, frameTime);
-    if (frameTime)
+               r.width.value_or(QString()) + QStringLiteral("x") + r.height.value_or(QString()));
+    showIn(b ? ui.lineEditExpFrameB : ui.lineEditExpFrameA, r.exposure);
+    showIn(b ? ui.lineEditFtmFrameB : ui.lineEditFtmFrameA, r.frameTime);
+    if (r.frameTime)
         showIn(b ? ui.lineEditFpsFrameB : ui.lineEditFpsFrameA,
-               frameTime->isEmpty()
+               r.frameTime->isEmpty()
                    ? QString()
-                   : QString::number(time == 0 ? 0.0 : 1000000.0 / double(time), 'f', 2));
-}
-
-void OrbCamConfigPrivate::showTemperature()
-{
-    if (params)
-        showIn(ui.lineEditTemperature, number("CurrentTemperature"));
+                   : QString::number(r.time == 0 ? 0.0 : 1000000.0 / double(r.time), 'f', 2));
 }
 
 void OrbCamConfigPrivate::clearPanel()
@@ -467,7 +497,6 @@ void OrbCamConfigPrivate::tick()
         updateStatusBar();
         return;
     case Returned: {
-        refreshBoth = true;
         OrbCam::Device *same = device;
         dialogsTo(same);
         initialise(same);
@@ -478,10 +507,8 @@ void OrbCamConfigPrivate::tick()
     }
     if (!params)
         return;
-    showTemperature();
     // Each column reads only while its frame is selected; the other one is
     // marked as not current.
-    refreshBoth = false;
     refreshFrames();
 }
 
@@ -644,7 +671,7 @@ void OrbCamConfig::SetDevice(OrbCam::Device *device)
 
 void OrbCamConfig::showEvent(QShowEvent *event)
 {
-    d_func()->showTemperature();
+    d_func()->refreshFrames();
     QMainWindow::showEvent(event);
 }
 

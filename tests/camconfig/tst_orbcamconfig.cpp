@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -103,6 +104,7 @@ private Q_SLOTS:
     void lossAndReturnWithDialogOpen();
     void setDeviceMovesDialogs();
     void readFailureShowsNothing();
+    void slowCameraLeavesTheWindowAnswering();
     void showFunctionReturns();
 };
 
@@ -413,6 +415,41 @@ void tst_OrbCamConfig::readFailureShowsNothing()
     QVERIFY(!child<QLineEdit>(&window, "lineEditSizeFrameA")->text().isEmpty());
     QCOMPARE(statusText(&window),
              QString::fromStdString(camera.params()->GetString("DeviceModelName")->GetValue()));
+}
+
+// A camera that answers slowly (a network's round trip on every register)
+// keeps the device's reader waiting, never the window: the GUI thread runs
+// its timers while the panel is read, and the panel fills in when the reads
+// are done.
+void tst_OrbCamConfig::slowCameraLeavesTheWindowAnswering()
+{
+    Camera camera("U3V0");
+    const std::string id = camera.device.device->GetInfo()->GetID();
+    {
+        OrbCamConfig window(camera.device.device);
+        QVERIFY(showWindow(&window));
+        QTRY_VERIFY(!child<QLineEdit>(&window, "lineEditTemperature")->text().isEmpty());
+        child<QLineEdit>(&window, "lineEditTemperature")->clear();
+        QCOMPARE(OrbCamSim::SetAnswerTime(id, 600), OrbCamOk);
+        // The longest the GUI thread went without running its timer while
+        // the window's once-a-second refresh read the camera's temperature
+        // (never cached) and what else its cache did not hold, at 600 ms
+        // each.
+        QElapsedTimer clock;
+        clock.start();
+        qint64 last = 0, longest = 0;
+        QTimer ticker;
+        connect(&ticker, &QTimer::timeout, [&] {
+            longest = qMax(longest, clock.elapsed() - last);
+            last = clock.elapsed();
+        });
+        ticker.start(10);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !child<QLineEdit>(&window, "lineEditTemperature")->text().isEmpty(), 5000);
+        QTest::qWait(1200); // another refresh
+        QVERIFY2(longest < 300, qPrintable(QString::number(longest)));
+    }
+    QCOMPARE(OrbCamSim::SetAnswerTime(id, 0), OrbCamOk);
 }
 
 // The plain entry point shows the window and takes it down again before it

@@ -408,8 +408,20 @@ OrbCamErr SimCamera::ForceIP(uint32_t address, uint32_t mask, uint32_t gateway)
     return OrbCamOk;
 }
 
+namespace {
+
+// A network's round trip, taken before the camera is touched.
+void answerAfter(const std::atomic<uint32_t> &milliseconds)
+{
+    if (const uint32_t wait = milliseconds.load())
+        std::this_thread::sleep_for(std::chrono::milliseconds(wait));
+}
+
+} // namespace
+
 void SimCamera::Read(void *buffer, int64_t address, int64_t length)
 {
+    answerAfter(answerTime);
     std::lock_guard<std::recursive_mutex> lock(m_mutex);
     if (!reachable())
         throw ACCESS_EXCEPTION("camera %s does not answer", m_id.c_str());
@@ -428,6 +440,7 @@ void SimCamera::Read(void *buffer, int64_t address, int64_t length)
 
 void SimCamera::Write(const void *buffer, int64_t address, int64_t length)
 {
+    answerAfter(answerTime);
     std::lock_guard<std::recursive_mutex> lock(m_mutex);
     if (!reachable())
         throw ACCESS_EXCEPTION("camera %s does not answer", m_id.c_str());

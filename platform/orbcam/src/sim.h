@@ -118,6 +118,8 @@ public:
     std::atomic<uint32_t> forcedStatus { 0 };
     // Devices of the camera answer GetParams with no array.
     std::atomic<bool> paramsWithheld { false };
+    // How long every register access takes (OrbCamSim::SetAnswerTime).
+    std::atomic<uint32_t> answerTime { 0 };
 
 private:
     Range resolve(GenApi::CNodeMapRef &map, const std::string &feature) const;

@@ -216,6 +216,14 @@ OrbCamErr FailFeature(const std::string &deviceId, const std::string &feature, u
     });
 }
 
+OrbCamErr SetAnswerTime(const std::string &deviceId, uint32_t milliseconds)
+{
+    return withCamera(deviceId, [milliseconds](SimSystem &, SimCamera &camera) {
+        camera.answerTime = milliseconds;
+        return OrbCamOk;
+    });
+}
+
 OrbCamErr TakeWrites(const std::string &deviceId, std::vector<Write> *writes)
 {
     return withCamera(deviceId, [writes](SimSystem &, SimCamera &camera) {

@@ -88,6 +88,11 @@ struct Write {
 /// OrbCamErrNoDevice for an unknown camera.
 ORBCAM_API OrbCamErr TakeWrites(const std::string &deviceId, std::vector<Write> *writes);
 
+/// How long every register read and write of the camera takes, as over a
+/// network (0, the default, answers at once); a Reset() camera answers at
+/// once. OrbCamErrNoDevice for an unknown camera.
+ORBCAM_API OrbCamErr SetAnswerTime(const std::string &deviceId, uint32_t milliseconds);
+
 /// How long each simulated interface's UpdateDeviceList takes, as a real
 /// network's discovery does (never longer than its caller allows); 0, the
 /// default, answers at once. Reset() sets it back to 0. Thread-safe.
