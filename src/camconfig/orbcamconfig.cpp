@@ -61,7 +61,10 @@ public:
     void firstTime();
     void fetchParameters();
     void readFrameState();
-    void forgetParameters();
+    // `wait`: for a panel read under way, which uses the parameters (the
+    // device may be released next); a lost camera's device stays, and its
+    // read is left to end on its own.
+    void forgetParameters(bool wait = true);
     void tick();
     void refreshFrames();
     void applyPanel(const struct PanelReading &reading);
@@ -112,6 +115,7 @@ public:
     std::shared_ptr<DeviceReader> reader;
     bool panelReading = false;
     bool panelAgain = false;
+    uint64_t panelGeneration = 0;
 };
 
 template <class P> P *OrbCamConfigPrivate::param(const char *name) const
@@ -329,14 +333,14 @@ void OrbCamConfigPrivate::readFrameState()
     frameABSupport = selector != nullptr;
 }
 
-void OrbCamConfigPrivate::forgetParameters()
+void OrbCamConfigPrivate::forgetParameters(bool wait)
 {
     for (OrbGenParam::Enum *watched : { selector, mode })
         if (watched)
             watched->UnregisterEventSink(this);
-    // A read under way uses the parameters: it ends first (at most one
-    // read's wait), and what it read goes nowhere.
-    if (reader)
+    // What a read under way brings back goes nowhere.
+    ++panelGeneration;
+    if (reader && wait)
         reader->cancel(this);
     panelReading = panelAgain = false;
     handOff.invalidate();
@@ -441,9 +445,11 @@ void OrbCamConfigPrivate::refreshFrames()
     panelReading = true;
     OrbGenParam::Array *from = params;
     OrbGenParam::Enum *frameSelector = selector;
-    reader->post(this, [this, from, frameSelector] {
+    reader->post(this, [this, from, frameSelector, generation = panelGeneration] {
         const PanelReading reading = readPanel(from, frameSelector);
-        handOff.post([this, reading] {
+        handOff.post([this, reading, generation] {
+            if (generation != panelGeneration)
+                return;
             panelReading = false;
             if (!params)
                 return;
@@ -491,7 +497,7 @@ void OrbCamConfigPrivate::tick()
 {
     switch (connectionEvent.exchange(NoEvent)) {
     case Lost:
-        forgetParameters();
+        forgetParameters(false);
         dialogsTo(nullptr);
         clearPanel();
         updateStatusBar();

@@ -1,6 +1,7 @@
 #include <OrbGui/orbcamconfigframeabdialog.h>
 
 #include "camconfigdialog_p.h"
+#include "common/devicereader.h"
 #include "ui_orbcamconfigframeabdialog.h"
 
 #include <OrbGui/qtorbdoubleslider.h>
@@ -99,6 +100,7 @@ public:
     void showDigitalGain();
     void gainSplit(double gain);
     void showFrameSize();
+    void readFrameSizeLater();
     void connectExposureTime();
     void readFrameValues();
     void followCamera();
@@ -119,6 +121,11 @@ public:
                  *decimation = nullptr, *analogGain = nullptr, *areaOfInterest = nullptr;
     QVector<OrbGenParam::Param *> listened;
     GuiHandOff handOff;
+    // The current frame size is read once a second on the device's reader,
+    // while the dialog is shown, never on the GUI thread.
+    std::shared_ptr<DeviceReader> reader;
+    bool sizeReading = false;
+    uint64_t sizeGeneration = 0;
 };
 
 void OrbCamConfigFrameABDialogPrivate::prepare()
@@ -184,6 +191,11 @@ void OrbCamConfigFrameABDialogPrivate::stopListening()
     for (OrbGenParam::Param *param : qAsConst(listened))
         param->UnregisterEventSink(this);
     listened.clear();
+    // A size read under way uses the parameters: it ends first.
+    if (reader)
+        reader->cancel(this);
+    sizeReading = false;
+    ++sizeGeneration;
     handOff.invalidate();
 }
 
@@ -192,6 +204,7 @@ void OrbCamConfigFrameABDialogPrivate::init(OrbCam::Device *newDevice)
     OrbCamConfigFrameABDialog *q = q_ptr;
     stopListening();
     rebind(newDevice);
+    reader = device ? DeviceReader::of(device) : nullptr;
     QObject::disconnect(ui.spBoxDigitalGain, nullptr, nullptr, nullptr);
     QObject::disconnect(ui.spBoxExpTime, nullptr, nullptr, nullptr);
     if (!params) {
@@ -288,7 +301,10 @@ void OrbCamConfigFrameABDialogPrivate::init(OrbCam::Device *newDevice)
     delete refreshTimer;
     refreshTimer = new QTimer(q);
     refreshTimer->setInterval(1000);
-    QObject::connect(refreshTimer, &QTimer::timeout, q, [this] { showFrameSize(); });
+    QObject::connect(refreshTimer, &QTimer::timeout, q, [this] {
+        if (q_ptr->isVisible())
+            readFrameSizeLater();
+    });
     refreshTimer->start();
     showFrameSize();
 
@@ -342,15 +358,41 @@ void OrbCamConfigFrameABDialogPrivate::followCamera()
     showDigitalGain();
 }
 
-void OrbCamConfigFrameABDialogPrivate::showFrameSize()
+namespace {
+
+QString frameSizeText(OrbGenParam::Int *width, OrbGenParam::Int *height)
 {
     QString size;
-    if (widthActual)
-        size += QString::number(widthActual->GetValue());
+    if (width)
+        size += QString::number(width->GetValue());
     size += QStringLiteral("x");
-    if (heightActual)
-        size += QString::number(heightActual->GetValue());
-    ui.lineEditFrameCurrentSize->setText(size);
+    if (height)
+        size += QString::number(height->GetValue());
+    return size;
+}
+
+} // namespace
+
+void OrbCamConfigFrameABDialogPrivate::showFrameSize()
+{
+    ui.lineEditFrameCurrentSize->setText(frameSizeText(widthActual, heightActual));
+}
+
+void OrbCamConfigFrameABDialogPrivate::readFrameSizeLater()
+{
+    if (!reader || sizeReading)
+        return;
+    sizeReading = true;
+    reader->post(this,
+                 [this, width = widthActual, height = heightActual, generation = sizeGeneration] {
+                     const QString size = frameSizeText(width, height);
+                     handOff.post([this, size, generation] {
+                         if (generation != sizeGeneration)
+                             return;
+                         sizeReading = false;
+                         ui.lineEditFrameCurrentSize->setText(size);
+                     });
+                 });
 }
 
 // The line time and the frame counts follow the frame mode between their

@@ -10,6 +10,8 @@
 // GLib's struct member of that name.
 #include <arv.h>
 
+#include "fakecamera.h"
+
 #include <GenApi/GenApi.h>
 #include <OrbCam/OrbCam.h>
 #include <OrbGui/orbcameraselectordialog.h>
@@ -43,92 +45,6 @@
 #include <thread>
 
 namespace {
-
-const char *const FakeCamera = "arv-fake-gv-camera-0.8";
-
-bool writeFile(const char *path, const std::string &text)
-{
-    const int fd = open(path, O_WRONLY);
-    if (fd < 0)
-        return false;
-    const bool ok = write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-    close(fd);
-    return ok;
-}
-
-bool run(const QString &program, const QStringList &arguments, QString &why)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(5000) || process.exitStatus() != QProcess::NormalExit
-        || process.exitCode() != 0) {
-        why = program + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')) + QStringLiteral(": ")
-            + QString::fromLocal8Bit(process.readAllStandardError()).trimmed()
-            + process.errorString();
-        return false;
-    }
-    return true;
-}
-
-// This process (and what it starts) moves to a network namespace of its
-// own with loopback up and the given extra loopback addresses.
-bool enterNamespace(const QStringList &addresses, QString &why)
-{
-    if (unshare(CLONE_NEWNET) != 0) {
-        const int denied = errno;
-        // Without the right to make one, a user namespace may give it.
-        const uid_t uid = getuid();
-        const gid_t gid = getgid();
-        if (unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) {
-            why = QStringLiteral("cannot create a network namespace: %1")
-                      .arg(QString::fromLocal8Bit(std::strerror(denied)));
-            return false;
-        }
-        writeFile("/proc/self/setgroups", "deny");
-        if (!writeFile("/proc/self/uid_map", "0 " + std::to_string(uid) + " 1")
-            || !writeFile("/proc/self/gid_map", "0 " + std::to_string(gid) + " 1")) {
-            why = QStringLiteral("cannot map the user into the new namespace");
-            return false;
-        }
-    }
-    if (!run(QStringLiteral("ip"),
-             { QStringLiteral("link"), QStringLiteral("set"), QStringLiteral("lo"),
-               QStringLiteral("up") },
-             why))
-        return false;
-    for (const QString &address : addresses)
-        if (!run(QStringLiteral("ip"),
-                 { QStringLiteral("addr"), QStringLiteral("add"), address + QStringLiteral("/8"),
-                   QStringLiteral("dev"), QStringLiteral("lo") },
-                 why))
-            return false;
-    return true;
-}
-
-// Our simulated camera's description for the fake camera, which has 64 KiB
-// of register memory with its own registers low: every register moves into
-// a free part of it (0x10000.. to 0x8000.., 0x20000.. to 0x9000..).
-std::string fakeCameraModel()
-{
-    QFile file(QStringLiteral(ORB_CAMERAS_DIR "/orbsim-c2000.xml"));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    QString xml = QString::fromUtf8(file.readAll());
-    static const QRegularExpression address(
-        QStringLiteral("<Address>0x([12])([0-9A-Fa-f]{4})</Address>"));
-    QString moved;
-    int last = 0;
-    for (auto it = address.globalMatch(xml); it.hasNext();) {
-        const QRegularExpressionMatch m = it.next();
-        moved += xml.midRef(last, m.capturedStart() - last);
-        const uint32_t base = m.captured(1) == QLatin1String("1") ? 0x8000 : 0x9000;
-        moved += QStringLiteral("<Address>0x%1</Address>")
-                     .arg(base + m.captured(2).toUInt(nullptr, 16), 4, 16, QLatin1Char('0'));
-        last = m.capturedEnd();
-    }
-    moved += xml.midRef(last);
-    return moved.toStdString();
-}
 
 // Runs `use` on an Aravis device of the fake camera at `address`, opened
 // past our API: the camera's memory as the device itself holds it.
@@ -355,15 +271,15 @@ void tst_OrbCamAravis::initTestCase()
     if (!(OrbCam_AvailableBackends() & OrbCam::BackendAravis))
         QSKIP("this build has no Aravis backend");
     QString why;
-    if (QStandardPaths::findExecutable(QString::fromLatin1(FakeCamera)).isEmpty())
+    if (QStandardPaths::findExecutable(QString::fromLatin1(FakeCamera::Program)).isEmpty())
         QSKIP("arv-fake-gv-camera-0.8 (Debian: aravis-tools) is not installed");
-    if (!enterNamespace({ QStringLiteral("127.0.0.2"), QStringLiteral("127.0.0.3"),
-                          QStringLiteral("127.0.0.9") },
-                        why))
+    if (!FakeCamera::enterNamespace({ QStringLiteral("127.0.0.2"), QStringLiteral("127.0.0.3"),
+                                      QStringLiteral("127.0.0.9") },
+                                    why))
         QSKIP(qPrintable(QStringLiteral("no private network for GigE Vision tests: ") + why));
     QVERIFY(m_dir.isValid());
     m_model = m_dir.filePath(QStringLiteral("orbsim-c2000-fake.xml"));
-    const std::string model = fakeCameraModel();
+    const std::string model = FakeCamera::fakeCameraModel();
     QVERIFY(!model.empty());
     QFile out(m_model);
     QVERIFY(out.open(QIODevice::WriteOnly));
@@ -377,7 +293,7 @@ void tst_OrbCamAravis::initTestCase()
 QProcess *tst_OrbCamAravis::startFake(const QString &address, const QString &serial)
 {
     auto process = std::make_unique<QProcess>();
-    process->start(QString::fromLatin1(FakeCamera),
+    process->start(QString::fromLatin1(FakeCamera::Program),
                    { QStringLiteral("-i"), address, QStringLiteral("-s"), serial,
                      QStringLiteral("-g"), m_model });
     if (!process->waitForStarted(3000))

@@ -400,7 +400,7 @@ void tst_OrbCamGvcp::readMemoryFromAPeer()
     QByteArray read(length, '\0');
     uint16_t refusal = 0;
     QCOMPARE(int(readMemory(INADDR_LOOPBACK, address, read.data(), static_cast<size_t>(length), 300,
-                            &refusal, answering.port())),
+                            &refusal, nullptr, answering.port())),
              result);
     if (result == OrbCamOk)
         QCOMPARE(read, memory.mid(static_cast<int>(address), length));

@@ -542,8 +542,11 @@ public:
         refuseWhileLost();
         if (m_gigEAddress != 0 && length >= 0) {
             uint16_t refusal = 0;
+            // A read under way when the camera is found lost (by the
+            // liveness check) ends then, not at its own time-out.
             switch (readMemory(m_gigEAddress, static_cast<uint64_t>(address), buffer,
-                               static_cast<size_t>(length), answerTimeout().ms, &refusal)) {
+                               static_cast<size_t>(length), answerTimeout().ms, &refusal,
+                               &m_lost)) {
             case OrbCamOk:
                 return;
             case OrbCamErrNoDevice:

@@ -271,7 +271,8 @@ OrbCamErr exchange(const std::array<uint8_t, N> &packet, unsigned interfaceIndex
 } // namespace
 
 OrbCamErr readMemory(uint32_t cameraIp, uint64_t address, void *buffer, size_t length,
-                     uint32_t timeoutMs, uint16_t *refusal, uint16_t port)
+                     uint32_t timeoutMs, uint16_t *refusal, const std::atomic<bool> *stop,
+                     uint16_t port)
 {
     if (length == 0)
         return OrbCamOk;
@@ -287,11 +288,13 @@ OrbCamErr readMemory(uint32_t cameraIp, uint64_t address, void *buffer, size_t l
         int status = -1;
         const OrbCamErr sent = exchange(
             readMemoryCommand(static_cast<uint32_t>(at), count, requestId), 0, INADDR_ANY, cameraIp,
-            port, timeoutMs, [&](const uint8_t *answer, size_t size) {
+            port, timeoutMs,
+            [&](const uint8_t *answer, size_t size) {
                 status = parseReadMemoryAck(answer, size, requestId, static_cast<uint32_t>(at),
                                             piece, count);
                 return status >= 0;
-            });
+            },
+            stop);
         if (sent != OrbCamOk)
             return sent;
         if (status < 0)

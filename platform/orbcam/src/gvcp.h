@@ -130,8 +130,11 @@ OrbCamErr readRegister(uint32_t cameraIp, uint32_t address, uint32_t *value, uin
 // OrbCamOk with the bytes in buffer; OrbCamErrNoDevice when a piece got no
 // answer in time; OrbCamErrInvalidState when the camera refused, its status
 // in *refusal (may be null); OrbCamErrUnknown when nothing could be sent.
+// Once *stop is set (by another thread) the read ends at once, as with no
+// answer.
 OrbCamErr readMemory(uint32_t cameraIp, uint64_t address, void *buffer, size_t length,
-                     uint32_t timeoutMs, uint16_t *refusal = nullptr, uint16_t port = GvcpPort);
+                     uint32_t timeoutMs, uint16_t *refusal = nullptr,
+                     const std::atomic<bool> *stop = nullptr, uint16_t port = GvcpPort);
 
 // Broadcasts FORCEIP_CMD (to 255.255.255.255, port `port`) out of the host
 // interface with kernel index `interfaceIndex` and address `fromIp`, and
