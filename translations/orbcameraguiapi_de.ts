@@ -138,6 +138,14 @@
         <source>%1 (no entry)</source>
         <translation>%1 (kein Eintrag)</translation>
     </message>
+    <message>
+        <source>Not written: the feature is read-only now.</source>
+        <translation>Nicht geschrieben: das Merkmal ist jetzt schreibgeschützt.</translation>
+    </message>
+    <message>
+        <source>Not written: the feature is not available now.</source>
+        <translation>Nicht geschrieben: das Merkmal ist jetzt nicht verfügbar.</translation>
+    </message>
 </context>
 <context>
     <name>GenParamTreeView</name>
@@ -1076,6 +1084,10 @@ OK überspringt die IP-Konfiguration, Ignorieren bestätigt sie.</translation>
     <message>
         <source>The camera %1 is no longer there: nothing was written.</source>
         <translation>Die Kamera %1 ist nicht mehr da: nichts wurde geschrieben.</translation>
+    </message>
+    <message>
+        <source>Searching for cameras…</source>
+        <translation>Kameras werden gesucht…</translation>
     </message>
 </context>
 <context>

@@ -131,18 +131,20 @@ void tst_OrbCamConfig::panel()
     OrbCamConfig window(camera.device.device);
     QVERIFY(showWindow(&window));
 
-    QCOMPARE(child<QLineEdit>(&window, "lineEditSizeFrameA")->text(),
-             QStringLiteral("%1x%2")
-                 .arg(params->GetInt("Width")->GetValue())
-                 .arg(params->GetInt("Height")->GetValue()));
+    // The panel is read on the device's reader: it fills in a moment later.
+    QTRY_COMPARE(child<QLineEdit>(&window, "lineEditSizeFrameA")->text(),
+                 QStringLiteral("%1x%2")
+                     .arg(params->GetInt("Width")->GetValue())
+                     .arg(params->GetInt("Height")->GetValue()));
     const int64_t frameTime = params->GetInt("CurrentFrameTime")->GetValue();
-    QCOMPARE(child<QLineEdit>(&window, "lineEditFtmFrameA")->text(), QString::number(frameTime));
+    QTRY_COMPARE(child<QLineEdit>(&window, "lineEditFtmFrameA")->text(),
+                 QString::number(frameTime));
     const QString fps = child<QLineEdit>(&window, "lineEditFpsFrameA")->text();
     QVERIFY2(QRegularExpression(QStringLiteral("^\\d+\\.\\d\\d$")).match(fps).hasMatch(),
              qPrintable(fps));
     QCOMPARE(fps, QString::number(1e6 / double(frameTime), 'f', 2));
-    QCOMPARE(child<QLineEdit>(&window, "lineEditExpFrameA")->text(),
-             QString::number(params->GetInt("CurrentExposureTime")->GetValue()));
+    QTRY_COMPARE(child<QLineEdit>(&window, "lineEditExpFrameA")->text(),
+                 QString::number(params->GetInt("CurrentExposureTime")->GetValue()));
     QTRY_VERIFY(!child<QLineEdit>(&window, "lineEditTemperature")->text().isEmpty());
 
     for (const char *name : { "lblFrameB", "lineEditSizeFrameB", "lineEditFpsFrameB",
@@ -195,8 +197,9 @@ void tst_OrbCamConfig::zeroFrameTime()
         Camera camera("U3V0");
         OrbCamConfig window(camera.device.device);
         QVERIFY(showWindow(&window));
-        QCOMPARE(child<QLineEdit>(&window, "lineEditFtmFrameA")->text(), QStringLiteral("0"));
-        QCOMPARE(child<QLineEdit>(&window, "lineEditFpsFrameA")->text(), QStringLiteral("0.00"));
+        QTRY_COMPARE(child<QLineEdit>(&window, "lineEditFtmFrameA")->text(), QStringLiteral("0"));
+        QTRY_COMPARE(child<QLineEdit>(&window, "lineEditFpsFrameA")->text(),
+                     QStringLiteral("0.00"));
     }
     OrbCamSim::SetCamerasDir(original.toStdString());
 }
@@ -408,7 +411,7 @@ void tst_OrbCamConfig::readFailureShowsNothing()
     const std::string id = camera.device.device->GetInfo()->GetID();
     OrbCamConfig window(camera.device.device);
     QVERIFY(showWindow(&window));
-    QVERIFY(!child<QLineEdit>(&window, "lineEditTemperature")->text().isEmpty());
+    QTRY_VERIFY(!child<QLineEdit>(&window, "lineEditTemperature")->text().isEmpty());
     QCOMPARE(OrbCamSim::FailFeature(id, "CurrentTemperature", OrbCamSim::FailRead), OrbCamOk);
     QTRY_VERIFY_WITH_TIMEOUT(child<QLineEdit>(&window, "lineEditTemperature")->text().isEmpty(),
                              2500);

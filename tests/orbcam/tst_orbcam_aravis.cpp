@@ -19,6 +19,8 @@
 #include <OrbGui/orbgenparamtreeview.h>
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QPushButton>
 #include <QLabel>
 #include <QLineEdit>
 #include <QElapsedTimer>
@@ -254,6 +256,7 @@ private Q_SLOTS:
     void treeViewEditReachesTheCamera();
     void selectorChoosesARealCamera();
     void configWindowShowsTheRealCamera();
+    void windowsFollowALostCamera();
     void lostCameraIsReported();
     void forceIpReachesTheCamera();
     void forceIpReportsTheAnswer();
@@ -525,6 +528,65 @@ void tst_OrbCamAravis::configWindowShowsTheRealCamera()
         auto *status = window.findChild<QLabel *>(QStringLiteral("statusText"));
         QVERIFY(status);
         QCOMPARE(status->text(), QStringLiteral("OrbSim-C2000"));
+    }
+    OrbCam_ReleaseDevice(device);
+}
+
+// The camera stops answering (its process killed, as a pulled cable) while
+// the configuration window, one of its dialogs and the tree view show it:
+// within 3 s the window says so and the dialog lets go; a write in the tree
+// meanwhile is refused with a message; once the camera answers again, the
+// window shows its values again and a write lands.
+void tst_OrbCamAravis::windowsFollowALostCamera()
+{
+    SystemRef ref;
+    OrbCam::DeviceInfo *cameraB = ref.camera("ORB-B");
+    QVERIFY(cameraB);
+    OrbCam::Device *device = OrbCam_CreateDevice(cameraB, OrbCam::AccessControl, 0);
+    QVERIFY(device);
+    {
+        OrbGui::OrbCamConfig window(device);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto *size = window.findChild<QLineEdit *>(QStringLiteral("lineEditSizeFrameA"));
+        auto *status = window.findChild<QLabel *>(QStringLiteral("statusText"));
+        QTRY_VERIFY(!size->text().isEmpty());
+        window.findChild<QPushButton *>(QStringLiteral("pushBtnTrigger"))->click();
+        auto *trigger = window.findChild<QCheckBox *>(QStringLiteral("chBoxTriggerEnable"));
+        QVERIFY(trigger);
+        QTRY_VERIFY(trigger->isVisible() && trigger->isEnabled());
+        OrbGui::OrbGenParamTreeView view(device->GetParams());
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        view.treeView()->expandAll();
+        QAbstractItemModel *model = view.treeView()->model();
+        QModelIndex userName;
+        std::function<void(const QModelIndex &)> search = [&](const QModelIndex &parent) {
+            for (int row = 0; row < model->rowCount(parent); ++row) {
+                const QModelIndex index = model->index(row, 0, parent);
+                if (index.data().toString() == QLatin1String("Device User ID"))
+                    userName = index.siblingAtColumn(1);
+                search(index);
+            }
+        };
+        search(QModelIndex());
+        QVERIFY(userName.isValid());
+
+        m_fakes.back()->kill();
+        m_fakes.back()->waitForFinished(3000);
+        QTRY_COMPARE_WITH_TIMEOUT(status->text(), QStringLiteral("Disconnected"), 3000);
+        QVERIFY(size->text().isEmpty()); // no stale numbers
+        QTRY_VERIFY(!trigger->isEnabled());
+        QVERIFY(!model->setData(userName, QStringLiteral("Lost")));
+        QVERIFY2(userName.data(Qt::ToolTipRole).toString().contains(QLatin1String("Not written")),
+                 qPrintable(userName.data(Qt::ToolTipRole).toString()));
+
+        QVERIFY(startFake(QStringLiteral("127.0.0.3"), QStringLiteral("ORB-B")));
+        QTRY_VERIFY_WITH_TIMEOUT(status->text() != QLatin1String("Disconnected"), 3000);
+        QTRY_VERIFY(!size->text().isEmpty());
+        QTRY_VERIFY(trigger->isEnabled());
+        QVERIFY(model->setData(userName, QStringLiteral("Again")));
+        QCOMPARE(rawMemory("127.0.0.3", 0x8010, 6), QByteArray("Again\0", 6));
     }
     OrbCam_ReleaseDevice(device);
 }
