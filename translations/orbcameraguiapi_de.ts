@@ -138,14 +138,6 @@
         <source>%1 (no entry)</source>
         <translation>%1 (kein Eintrag)</translation>
     </message>
-    <message>
-        <source>Not written: the feature is read-only now.</source>
-        <translation>Nicht geschrieben: das Merkmal ist jetzt schreibgeschützt.</translation>
-    </message>
-    <message>
-        <source>Not written: the feature is not available now.</source>
-        <translation>Nicht geschrieben: das Merkmal ist jetzt nicht verfügbar.</translation>
-    </message>
 </context>
 <context>
     <name>GenParamTreeView</name>
@@ -828,6 +820,10 @@ Trigger</translation>
     <message>
         <source>This is the nearest value the feature takes. Enter writes it; Escape leaves the feature as it was.</source>
         <translation>Das ist der nächste Wert, den das Merkmal annimmt. Eingabe schreibt ihn; Escape lässt das Merkmal, wie es war.</translation>
+    </message>
+    <message>
+        <source>Not written: the feature cannot be written now (the camera may have stopped answering).</source>
+        <translation>Nicht geschrieben: das Merkmal kann jetzt nicht geschrieben werden (die Kamera antwortet vielleicht nicht mehr).</translation>
     </message>
 </context>
 <context>

@@ -1052,17 +1052,9 @@ bool GenParamTreeModel::setData(const QModelIndex &index, const QVariant &value,
     try {
         INode *node = feature->GetNode();
         const EAccessMode mode = node->GetAccessMode();
-        paramName = fromGc(node->GetName());
-        if (mode != WO && mode != RW) {
-            // Said, not dropped: the camera may have stopped answering since
-            // the editor opened.
-            const QString message = mode == RO
-                ? tr("Not written: the feature is read-only now.")
-                : tr("Not written: the feature is not available now.");
-            if (m_errors.SetError(paramName, message, WriteErrorId))
-                Q_EMIT errorAppeared(index, paramName, message, WriteErrorId);
+        if (mode != WO && mode != RW)
             return false;
-        }
+        paramName = fromGc(node->GetName());
         before = currentText(feature);
         switch (node->GetPrincipalInterfaceType()) {
         case intfIInteger: {

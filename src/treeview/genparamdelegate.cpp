@@ -302,7 +302,18 @@ void GenParamDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
     }
     if (known && value == editor->property(loadedValueProperty))
         return; // changed and changed back
-    model->setData(index, value, Qt::EditRole);
+    if (!model->setData(index, value, Qt::EditRole)) {
+        // The feature stopped being writable while the editor was open (the
+        // camera stopped answering, another feature locked it): what was
+        // typed is not kept for later, and the user is told.
+        // Shown on the view: the editor closes next.
+        if (!(index.flags() & Qt::ItemIsEditable))
+            QToolTip::showText(editor->mapToGlobal(QPoint(0, editor->height())),
+                               tr("Not written: the feature cannot be written now (the camera "
+                                  "may have stopped answering)."),
+                               editor->parentWidget());
+        return;
+    }
     editor->setProperty(loadedStateProperty, editorState(editor));
     editor->setProperty(loadedValueProperty, value);
 }

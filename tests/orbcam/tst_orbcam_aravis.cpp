@@ -28,6 +28,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QToolTip>
 #include <QTreeView>
 #include <QtTest>
 
@@ -572,19 +573,33 @@ void tst_OrbCamAravis::windowsFollowALostCamera()
         search(QModelIndex());
         QVERIFY(userName.isValid());
 
+        // The user begins an edit in the tree; the camera goes meanwhile.
+        QTreeView *tree = view.treeView();
+        tree->scrollTo(userName);
+        tree->setCurrentIndex(userName);
+        tree->edit(userName);
+        auto *edit = qobject_cast<QLineEdit *>(tree->indexWidget(userName));
+        QVERIFY(edit);
+        edit->selectAll();
+        QTest::keyClicks(edit, QStringLiteral("Lost"));
+
         m_fakes.back()->kill();
         m_fakes.back()->waitForFinished(3000);
         QTRY_COMPARE_WITH_TIMEOUT(status->text(), QStringLiteral("Disconnected"), 3000);
         QVERIFY(size->text().isEmpty()); // no stale numbers
         QTRY_VERIFY(!trigger->isEnabled());
-        QVERIFY(!model->setData(userName, QStringLiteral("Lost")));
-        QVERIFY2(userName.data(Qt::ToolTipRole).toString().contains(QLatin1String("Not written")),
-                 qPrintable(userName.data(Qt::ToolTipRole).toString()));
+        // Enter: refused, and said; nothing is kept to be written later.
+        QTest::keyClick(edit, Qt::Key_Return);
+        QTRY_VERIFY(QToolTip::isVisible());
+        QVERIFY2(QToolTip::text().contains(QLatin1String("Not written")),
+                 qPrintable(QToolTip::text()));
 
         QVERIFY(startFake(QStringLiteral("127.0.0.3"), QStringLiteral("ORB-B")));
         QTRY_VERIFY_WITH_TIMEOUT(status->text() != QLatin1String("Disconnected"), 3000);
         QTRY_VERIFY(!size->text().isEmpty());
         QTRY_VERIFY(trigger->isEnabled());
+        // Nothing of the refused edit reached the camera once it was back.
+        QVERIFY(!rawMemory("127.0.0.3", 0x8010, 5).startsWith("Lost"));
         QVERIFY(model->setData(userName, QStringLiteral("Again")));
         QCOMPARE(rawMemory("127.0.0.3", 0x8010, 6), QByteArray("Again\0", 6));
     }
