@@ -208,6 +208,9 @@ public:
     void discoverGigE(AravisInterface *asking, bool *changed, uint32_t timeoutMs);
     // Aravis's USB3 Vision discovery (no network: it does not wait).
     void discoverUsb(AravisInterface *asking, bool *changed);
+    // With the state lock held: the camera a discovery saw (found again by
+    // its identifier, or new), marked present.
+    AravisCamera *seenNow(bool gigE, const AravisCamera::Seen &seen);
     AravisCamera *cameraFor(OrbCam::DeviceInfo *info) const
     {
         std::lock_guard<std::mutex> lock(m_stateMutex);
@@ -390,6 +393,19 @@ AravisCamera::Seen seenFrom(const GvcpCamera &camera)
 
 } // namespace
 
+AravisCamera *AravisSystem::seenNow(bool gigE, const AravisCamera::Seen &seen)
+{
+    for (const auto &camera : m_cameras)
+        if (camera->gigE() == gigE && camera->aravisId() == seen.id) {
+            camera->update(seen);
+            camera->present = true;
+            return camera.get();
+        }
+    m_cameras.push_back(std::make_unique<AravisCamera>(*this, gigE, seen));
+    m_cameras.back()->present = true;
+    return m_cameras.back().get();
+}
+
 void AravisSystem::discoverGigE(AravisInterface *asking, bool *changed, uint32_t timeoutMs)
 {
     const uint32_t waitMs = std::clamp(timeoutMs, GvcpShortestDiscoveryMs, GvcpLongestDiscoveryMs);
@@ -438,18 +454,7 @@ void AravisSystem::discoverGigE(AravisInterface *asking, bool *changed, uint32_t
             if (camera->gigE() && camera->owner == asking)
                 camera->present = false;
         for (size_t n = 0; n < heard.size(); ++n) {
-            const AravisCamera::Seen seen = seenFrom(heard[n]);
-            AravisCamera *camera = nullptr;
-            for (const auto &c : m_cameras)
-                if (c->gigE() && c->aravisId() == seen.id)
-                    camera = c.get();
-            if (!camera) {
-                m_cameras.push_back(std::make_unique<AravisCamera>(*this, true, seen));
-                camera = m_cameras.back().get();
-            } else {
-                camera->update(seen);
-            }
-            camera->present = true;
+            AravisCamera *camera = seenNow(true, seenFrom(heard[n]));
             camera->said(heard[n]);
             if (held[n] != 0)
                 camera->held = held[n];
@@ -495,17 +500,7 @@ void AravisSystem::discoverUsb(AravisInterface *asking, bool *changed)
             if (!camera->gigE())
                 camera->present = false;
         for (const AravisCamera::Seen &s : seen) {
-            AravisCamera *camera = nullptr;
-            for (const auto &c : m_cameras)
-                if (!c->gigE() && c->aravisId() == s.id)
-                    camera = c.get();
-            if (!camera) {
-                m_cameras.push_back(std::make_unique<AravisCamera>(*this, false, s));
-                camera = m_cameras.back().get();
-            } else {
-                camera->update(s);
-            }
-            camera->present = true;
+            AravisCamera *camera = seenNow(false, s);
             camera->inSubnet = true;
             camera->owner = asking;
             found.push_back(camera);
