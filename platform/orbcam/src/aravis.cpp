@@ -16,6 +16,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <deque>
 #include <future>
 #include <map>
 #include <optional>
@@ -57,8 +58,29 @@ constexpr uint32_t LivenessPeriodMs = 500;
 class AravisSystem;
 class AravisInterface;
 
-// One camera Aravis has reported; kept, like every DeviceInfo, as long as the
-// system, and found again by its Aravis identifier.
+// Text handed out as a const char * that stays valid as long as the camera:
+// a change keeps the old text (changes are rare: a user name set, a model
+// name read anew), so a reader on another thread, the GUI's among them, sees
+// the old text or the new one, never freed memory.
+class StableText {
+public:
+    const char *get() const { return m_current.load(std::memory_order_acquire); }
+    // One writer at a time (the system's state lock).
+    void set(const std::string &text)
+    {
+        if (text == m_current.load(std::memory_order_relaxed))
+            return;
+        m_kept.push_back(text);
+        m_current.store(m_kept.back().c_str(), std::memory_order_release);
+    }
+
+private:
+    std::deque<std::string> m_kept;
+    std::atomic<const char *> m_current { "" };
+};
+
+// One camera a discovery has reported; kept, like every DeviceInfo, as long
+// as the system, and found again by its identifier.
 class AravisCamera final : public OrbCam::DeviceInfo {
 public:
     struct Seen {
@@ -68,17 +90,19 @@ public:
     AravisCamera(AravisSystem &system, bool gigE, const Seen &seen)
         : m_system(system)
         , m_gigE(gigE)
+        , m_aravisId(seen.id)
     {
+        m_id.set((gigE ? "GEV/" : "U3V/") + seen.id);
         update(seen);
     }
 
-    const char *GetID() const override { return m_id.c_str(); }
-    const char *GetDisplayName() const override { return m_displayName.c_str(); }
-    const char *GetVendor() const override { return m_seen.vendor.c_str(); }
-    const char *GetModel() const override { return m_seen.model.c_str(); }
-    const char *GetSerialNumber() const override { return m_seen.serial.c_str(); }
-    const char *GetVersion() const override { return m_said.version.c_str(); }
-    const char *GetUserName() const override { return m_said.userName.c_str(); }
+    const char *GetID() const override { return m_id.get(); }
+    const char *GetDisplayName() const override { return m_displayName.get(); }
+    const char *GetVendor() const override { return m_vendor.get(); }
+    const char *GetModel() const override { return m_model.get(); }
+    const char *GetSerialNumber() const override { return m_serial.get(); }
+    const char *GetVersion() const override { return m_version.get(); }
+    const char *GetUserName() const override { return m_userName.get(); }
     uint32_t GetAccessStatus() const override;
     OrbCam::Interface *GetInterface() const override;
     uint32_t GetIndex() const override;
@@ -87,20 +111,30 @@ public:
     // With the system's state lock held.
     void update(const Seen &seen)
     {
-        m_seen = seen;
-        m_id = (m_gigE ? "GEV/" : "U3V/") + seen.id;
-        m_displayName = seen.model.empty() ? seen.id : seen.model + " (" + seen.serial + ")";
+        m_vendor.set(seen.vendor);
+        m_model.set(seen.model);
+        m_serial.set(seen.serial);
+        m_displayName.set(seen.model.empty() ? seen.id : seen.model + " (" + seen.serial + ")");
         parseIPv4(seen.address, m_ip);
         parseMAC(seen.physicalId, m_mac);
     }
     // With the system's state lock held: what the camera said of itself in
     // our own discovery.
-    void said(const GvcpCamera &camera) { m_said = camera; }
+    void said(const GvcpCamera &camera)
+    {
+        m_said = camera;
+        m_version.set(camera.version);
+        m_userName.set(camera.userName);
+    }
     const GvcpCamera &said() const { return m_said; }
-    const std::string &aravisId() const { return m_seen.id; }
+    // The discovery's identifier; never changes.
+    const std::string &aravisId() const { return m_aravisId; }
     bool gigE() const { return m_gigE; }
+    // With the system's state lock held.
     uint32_t ip() const { return m_ip; }
     uint64_t mac() const { return m_mac; }
+    // Takes the state lock.
+    uint32_t currentIp() const;
 
     // Whether the last discovery saw it, and where.
     bool present = false;
@@ -112,10 +146,10 @@ public:
 
 private:
     AravisSystem &m_system;
-    bool m_gigE;
-    Seen m_seen;
+    const bool m_gigE;
+    const std::string m_aravisId;
     GvcpCamera m_said;
-    std::string m_id, m_displayName;
+    StableText m_id, m_displayName, m_vendor, m_model, m_serial, m_version, m_userName;
     uint32_t m_ip = 0;
     uint64_t m_mac = 0;
 };
@@ -247,6 +281,12 @@ uint32_t AravisCamera::GetAccessStatus() const
     if (!present)
         return OrbCam::AccessNone;
     return inSubnet ? held : OrbCam::AccessIPSubnetMismatch;
+}
+
+uint32_t AravisCamera::currentIp() const
+{
+    std::lock_guard<std::mutex> lock(m_system.stateMutex());
+    return m_ip;
 }
 
 OrbCam::Interface *AravisCamera::GetInterface() const
@@ -661,7 +701,8 @@ ArvDevice *openAravis(const AravisCamera &camera, std::string &why)
         }
         const uint32_t cardIp = static_cast<const AravisInterface *>(owner)->network().ip;
         GInetAddress *card = g_inet_address_new_from_string(ipv4Text(cardIp).c_str());
-        GInetAddress *address = g_inet_address_new_from_string(ipv4Text(camera.ip()).c_str());
+        GInetAddress *address
+            = g_inet_address_new_from_string(ipv4Text(camera.currentIp()).c_str());
         if (card && address)
             device = arv_gv_device_new(card, address, &error);
         if (card)
@@ -688,7 +729,7 @@ public:
         , m_camera(camera)
         , m_access(access)
         , m_port(device, access == OrbCam::AccessMonitor ? RO : RW, camera.GetID(),
-                 addressOf(system, camera), [this] { markLost(); })
+                 addressOf(camera), [this] { markLost(); })
         , m_map(camera.GetID())
     {
         size_t size = 0;
@@ -827,10 +868,9 @@ private:
 #pragma GCC diagnostic pop
     }
 
-    static uint32_t addressOf(AravisSystem &system, const AravisCamera &camera)
+    static uint32_t addressOf(const AravisCamera &camera)
     {
-        std::lock_guard<std::mutex> lock(system.stateMutex());
-        return camera.gigE() ? camera.ip() : 0;
+        return camera.gigE() ? camera.currentIp() : 0;
     }
 
     // On Aravis's heartbeat thread, some seconds after the camera stopped
@@ -854,13 +894,8 @@ private:
     // did not answer in time (a refusal reads as held exclusively).
     std::optional<uint32_t> privilege() const
     {
-        uint32_t ip = 0;
-        {
-            std::lock_guard<std::mutex> lock(m_system.stateMutex());
-            ip = m_camera.ip();
-        }
         uint32_t value = 0;
-        switch (readRegister(ip, GvcpCcpRegister, &value, answerTimeout().ms)) {
+        switch (readRegister(m_camera.currentIp(), GvcpCcpRegister, &value, answerTimeout().ms)) {
         case OrbCamOk:
             return value;
         case OrbCamErrInvalidState:
