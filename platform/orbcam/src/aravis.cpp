@@ -767,9 +767,9 @@ public:
 
     // On the system's event thread, twice a second. A GigE Vision camera is
     // asked for its privilege register (any answer, a refusal too, counts):
-    // one that misses LivenessMisses answers in a row is lost (event 1004),
-    // about 1.5 s after its last answer instead of the several seconds
-    // Aravis's heartbeat takes. A lost camera that answers again is opened
+    // one that misses answerTimeout().misses answers in a row is lost (event
+    // 1004), under two seconds after its last answer by default instead of
+    // the several seconds Aravis's heartbeat takes. A lost camera that answers again is opened
     // anew (event 1003). A USB3 Vision camera's loss is Aravis's report; its
     // return is looked for with Aravis's USB discovery.
     void check()
