@@ -271,10 +271,12 @@ void OrbCamConfigPrivate::initialise(OrbCam::Device *newDevice)
     }
     device = newDevice;
     params = nullptr;
-    reader = device ? DeviceReader::of(device) : nullptr;
+    reader = nullptr;
     if (device) {
         OrbCamErr err = OrbCamOk;
         params = device->GetParams(&err);
+        if (params && err == OrbCamOk)
+            reader = DeviceReader::of(params->GetNodeMap());
         // The connection event state is not reset here: on a return the
         // tick has taken its event already, and a loss reported since must
         // not be dropped. It is reset when the window lets the device go.

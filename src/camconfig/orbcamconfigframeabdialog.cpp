@@ -204,7 +204,7 @@ void OrbCamConfigFrameABDialogPrivate::init(OrbCam::Device *newDevice)
     OrbCamConfigFrameABDialog *q = q_ptr;
     stopListening();
     rebind(newDevice);
-    reader = device ? DeviceReader::of(device) : nullptr;
+    reader = params ? DeviceReader::of(params->GetNodeMap()) : nullptr;
     QObject::disconnect(ui.spBoxDigitalGain, nullptr, nullptr, nullptr);
     QObject::disconnect(ui.spBoxExpTime, nullptr, nullptr, nullptr);
     if (!params) {

@@ -5,19 +5,19 @@
 
 namespace OrbGui {
 
-std::shared_ptr<DeviceReader> DeviceReader::of(OrbCam::Device *device)
+std::shared_ptr<DeviceReader> DeviceReader::of(const GenApi::INodeMap *nodeMap)
 {
-    // A released device's address may come back for another: a reader no
+    // A released node map's address may come back for another: a reader no
     // window holds any more has expired and is made anew.
     static std::mutex registryMutex;
-    static std::map<OrbCam::Device *, std::weak_ptr<DeviceReader>> registry;
+    static std::map<const GenApi::INodeMap *, std::weak_ptr<DeviceReader>> registry;
     std::lock_guard<std::mutex> lock(registryMutex);
     for (auto it = registry.begin(); it != registry.end();)
         it = it->second.expired() ? registry.erase(it) : std::next(it);
-    std::shared_ptr<DeviceReader> reader = registry[device].lock();
+    std::shared_ptr<DeviceReader> reader = registry[nodeMap].lock();
     if (!reader) {
         reader.reset(new DeviceReader);
-        registry[device] = reader;
+        registry[nodeMap] = reader;
     }
     return reader;
 }

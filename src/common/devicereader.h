@@ -1,15 +1,15 @@
 // Reads a camera's features for the windows off the GUI thread: a camera
 // that stops answering keeps this thread waiting, never a host's GUI thread.
-// One reader (one thread) per open device, shared by every window of ours
-// that shows the device; what it reads goes back through the window's
-// GuiHandOff.
+// One reader (one thread) per node map, that is per open device, shared by
+// every window of ours that shows it (the tree view knows only the node
+// map); what it reads goes back through the window's GuiHandOff.
 //
 // Jobs are queued per owner (a window): a new job replaces the owner's job
 // still waiting, so a slow camera never piles up a backlog of refreshes.
 #ifndef ORBGUI_DEVICEREADER_H
 #define ORBGUI_DEVICEREADER_H
 
-#include <OrbCam/OrbCam.h>
+#include <GenApi/GenApi.h>
 
 #include <condition_variable>
 #include <deque>
@@ -23,8 +23,8 @@ namespace OrbGui {
 
 class DeviceReader {
 public:
-    // The device's reader, made on first use. GUI thread.
-    static std::shared_ptr<DeviceReader> of(OrbCam::Device *device);
+    // The node map's reader, made on first use. GUI thread.
+    static std::shared_ptr<DeviceReader> of(const GenApi::INodeMap *nodeMap);
     // Joins the thread; every owner has cancelled by then.
     ~DeviceReader();
     DeviceReader(const DeviceReader &) = delete;

@@ -6,6 +6,7 @@
 #include <OrbCam/OrbGenParam.h>
 #include <OrbGui/qtorbspinboxval64.h>
 
+#include "common/devicereader.h"
 #include "common/guihandoff.h"
 #include "featureeditors.h"
 #include "widgets/ip4validator.h"
@@ -21,11 +22,13 @@
 #include <QVector>
 
 #include <algorithm>
+#include <atomic>
 #include <optional>
 #include <cmath>
 #include <functional>
 #include <limits>
 #include <list>
+#include <unordered_map>
 #include <unordered_set>
 #include <map>
 #include <vector>
@@ -61,6 +64,8 @@ std::optional<QString> currentText(IValue *value)
     try {
         if (IsReadable(value->GetNode()->GetAccessMode()))
             return QString::fromUtf8(value->ToString().c_str());
+    } catch (const WouldWaitException &) {
+        throw;
     } catch (const GenICam::GenericException &) {
     }
     return std::nullopt;
@@ -78,6 +83,8 @@ QString selectorSlot(IValue *value)
             for (IValue *selector : selecting)
                 slot << QString::fromUtf8(selector->ToString().c_str());
         }
+    } catch (const WouldWaitException &) {
+        throw;
     } catch (const GenICam::GenericException &) {
         slot << QStringLiteral("?");
     }
@@ -209,6 +216,28 @@ struct IndexFeature {
     bool category = false;
     // Position in the tree read top to bottom, all expanded.
     quint32 order = 0;
+    // Counts the row's change callbacks: a value read off the GUI thread is
+    // current only if none came since it was asked for.
+    quint32 changes = 0;
+};
+
+// A row's value as read off the GUI thread (setReadsOffThread).
+struct ShownValue {
+    EAccessMode mode = NI;
+    bool modeKnown = false;
+    QVariant display;
+    QVariant edit;
+    std::optional<QString> text; // currentText()
+    QString slot; // selectorSlot()
+    QString error; // the read failed
+    // Read since the row last changed: shown without asking the node map.
+    bool fresh = false;
+
+    bool sameAs(const ShownValue &o) const
+    {
+        return mode == o.mode && modeKnown == o.modeKnown && display == o.display
+            && edit == o.edit && text == o.text && error == o.error;
+    }
 };
 
 class GenParamTreeModelPrivate {
@@ -229,7 +258,18 @@ public:
     void NodeCallback(ItemEntry *entry);
     void ValueChanged(ItemEntry *entry);
     void announceChanges();
+    void announce(ItemEntry *entry);
     void rereadAll();
+
+    // Off-thread reads.
+    ShownValue readShown(IValue *value) const;
+    QVariant fromShown(const ItemEntry *entry, int role) const;
+    void readLater(ItemEntry *entry) const;
+    void flushReads();
+    void takeReads(const std::vector<std::pair<ItemEntry *, ShownValue>> &results, quint32 epoch,
+                   const std::vector<quint32> &changes);
+    void allOld();
+    void behindReader(std::function<void()> job);
 
     QVariant DisplayRoleImp(IValue *value) const;
     QVariant EditRoleImp(IValue *value) const;
@@ -262,6 +302,21 @@ public:
     // Per selector slot (selectorSlot()): changing frame A's width marks
     // frame A's, not frame B's.
     std::map<const ItemEntry *, std::map<QString, QString>> original;
+
+    bool readsOffThread = false;
+    std::shared_ptr<DeviceReader> reader; // made on the first read it takes
+    // What the reader read, by row; kept while the row is shown again.
+    mutable std::unordered_map<const ItemEntry *, ShownValue> shown;
+    // Rows asked for and not yet read back, oldest first.
+    mutable std::vector<ItemEntry *> toRead;
+    mutable std::unordered_set<const ItemEntry *> asked;
+    mutable bool flushQueued = false;
+    bool reading = false; // a job is with the reader
+    // Set while the rows go, so that the job under way stops after the row
+    // it reads.
+    std::atomic<bool> leaving { false };
+    // Counts the ticks and commands after which every value counts as old.
+    quint32 epoch = 0;
 };
 
 void GenParamTreeModelPrivate::Init(GenParamTreeModel *q)
@@ -362,6 +417,17 @@ void GenParamTreeModelPrivate::RegisterCallbackForChildren(ICategory *root, Item
 
 void GenParamTreeModelPrivate::DeRegisterCallbacks()
 {
+    // Its reads name rows that go.
+    leaving = true;
+    if (reader) {
+        reader->cancel(this);
+        reader->cancel(&epoch);
+    }
+    shown.clear();
+    toRead.clear();
+    asked.clear();
+    reading = false;
+    leaving = false;
     for (CallbackHandleType handle : callbackHandles)
         Deregister(handle);
     handOff.invalidate(); // changes announced before now name items that go
@@ -390,6 +456,15 @@ void GenParamTreeModelPrivate::NodeCallback(ItemEntry *entry)
 // category covering its changed rows: a poll may change every feature of the
 // camera, and a view handles each signal with a search of its rows.
 void GenParamTreeModelPrivate::ValueChanged(ItemEntry *entry)
+{
+    ++entry->second.changes;
+    const auto it = shown.find(entry);
+    if (it != shown.end())
+        it->second.fresh = false;
+    announce(entry);
+}
+
+void GenParamTreeModelPrivate::announce(ItemEntry *entry)
 {
     Q_Q(GenParamTreeModel);
     if (pendingChanges.empty())
@@ -432,7 +507,14 @@ void GenParamTreeModelPrivate::announceChanges()
 void GenParamTreeModelPrivate::rereadAll()
 {
     Q_Q(GenParamTreeModel);
-    nodeMap->InvalidateNodes();
+    allOld();
+    try {
+        NoWaitScope noWait(readsOffThread);
+        nodeMap->InvalidateNodes();
+    } catch (const WouldWaitException &) {
+        // In use by the reader: what it reads from now on is read anew.
+        behindReader([map = nodeMap] { map->InvalidateNodes(); });
+    }
     auto announce = [q](ItemEntry **children, qint32 count) {
         if (count > 0)
             Q_EMIT q->dataChanged(q->createIndex(0, 1, children[0]),
@@ -449,6 +531,164 @@ void GenParamTreeModelPrivate::rereadAll()
         for (qint32 i = 0; i < parent->second.childCount; ++i)
             parents.push_back(parent->second.children[i]);
     }
+}
+
+// On the reader's thread: everything the value cell shows, in one pass.
+ShownValue GenParamTreeModelPrivate::readShown(IValue *value) const
+{
+    ShownValue read;
+    read.fresh = true;
+    try {
+        INode *node = value->GetNode();
+        read.mode = node->GetAccessMode();
+        read.modeKnown = true;
+        const bool command = node->GetPrincipalInterfaceType() == intfICommand;
+        if (read.mode != NI && read.mode != NA && (command || IsReadable(read.mode))) {
+            read.display = DisplayRoleImp(value);
+            read.edit = EditRoleImp(value);
+        }
+        read.text = currentText(value);
+        read.slot = selectorSlot(value);
+    } catch (const GenICam::GenericException &e) {
+        read.error = messageOf(e);
+    }
+    return read;
+}
+
+QVariant GenParamTreeModelPrivate::fromShown(const ItemEntry *entry, int role) const
+{
+    const auto it = shown.find(entry);
+    if (it == shown.end())
+        return QVariant(); // not read yet: an empty cell for a moment
+    const ShownValue &read = it->second;
+    INode *node = entry->first->GetNode();
+    const bool command = node->GetPrincipalInterfaceType() == intfICommand;
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        if (!read.error.isEmpty())
+            return read.error;
+        if (read.mode == NI || read.mode == NA)
+            return GenParamTreeModel::tr("<Value not available>");
+        if (!command && !IsReadable(read.mode))
+            return GenParamTreeModel::tr("<Value not readable>");
+        return role == Qt::DisplayRole ? read.display : read.edit;
+    case Qt::ForegroundRole: {
+        Q_Q(const GenParamTreeModel);
+        if (!read.error.isEmpty() || q->m_errors.hasErrors(fromGc(node->GetName())))
+            return redBrush();
+        const bool writable = read.mode == WO || read.mode == RW;
+        if (!read.modeKnown || !(command || IsReadable(read.mode)) || !writable)
+            return QBrush(QPalette().color(QPalette::Disabled, QPalette::Text));
+        return QVariant();
+    }
+    case ChangedRole: {
+        const auto bySlot = original.find(entry);
+        if (bySlot == original.end())
+            return false;
+        const auto was = bySlot->second.find(read.slot);
+        return was != bySlot->second.end() && read.text != std::optional(was->second);
+    }
+    case AccessModeRole:
+        return read.modeKnown ? QVariant(static_cast<int>(read.mode)) : QVariant();
+    default:
+        return QVariant();
+    }
+}
+
+void GenParamTreeModelPrivate::readLater(ItemEntry *entry) const
+{
+    if (!asked.insert(entry).second)
+        return;
+    toRead.push_back(entry);
+    if (flushQueued)
+        return;
+    flushQueued = true;
+    Q_Q(const GenParamTreeModel);
+    auto *self = const_cast<GenParamTreeModelPrivate *>(this);
+    QMetaObject::invokeMethod(
+        const_cast<GenParamTreeModel *>(q), [self] { self->flushReads(); }, Qt::QueuedConnection);
+}
+
+// One job at a time, of the rows asked for last (a paint asks after the
+// filter has asked for every row), in small batches: the rows in view come
+// back first, and a camera that stops answering holds up few.
+void GenParamTreeModelPrivate::flushReads()
+{
+    flushQueued = false;
+    if (toRead.empty() || reading)
+        return;
+    if (!reader)
+        reader = DeviceReader::of(nodeMap);
+    constexpr size_t kRowsPerJob = 32;
+    const std::vector<ItemEntry *> entries(
+        toRead.rbegin(), toRead.rbegin() + std::min(toRead.size(), kRowsPerJob));
+    std::vector<quint32> changes;
+    changes.reserve(entries.size());
+    for (const ItemEntry *entry : entries)
+        changes.push_back(entry->second.changes);
+    reading = true;
+    reader->post(this, [this, entries, changes, epochAsked = epoch] {
+        std::vector<std::pair<ItemEntry *, ShownValue>> results;
+        results.reserve(entries.size());
+        for (ItemEntry *entry : entries) {
+            if (leaving)
+                return; // the model goes: its rows with it
+            results.emplace_back(entry, readShown(entry->first));
+        }
+        handOff.post([this, results = std::move(results), changes, epochAsked] {
+            takeReads(results, epochAsked, changes);
+        });
+    });
+}
+
+void GenParamTreeModelPrivate::takeReads(
+    const std::vector<std::pair<ItemEntry *, ShownValue>> &results, quint32 epochAsked,
+    const std::vector<quint32> &changes)
+{
+    Q_Q(GenParamTreeModel);
+    for (size_t i = 0; i < results.size(); ++i) {
+        ItemEntry *entry = results[i].first;
+        ShownValue read = results[i].second;
+        // Changed after it was asked for: shown, and read again when shown
+        // next.
+        read.fresh = epochAsked == epoch && changes[i] == entry->second.changes;
+        asked.erase(entry);
+        ShownValue &old = shown[entry];
+        const bool differs = !old.sameAs(read);
+        old = std::move(read);
+        const QString name = fromGc(entry->first->GetNode()->GetName());
+        const QModelIndex index = q->createIndex(entry->second.row, 1, entry);
+        if (!old.error.isEmpty()) {
+            if (q->m_errors.SetError(name, old.error, Qt::DisplayRole))
+                Q_EMIT q->errorAppeared(index, name, old.error, Qt::DisplayRole);
+        } else if (q->m_errors.ClearError(name, Qt::DisplayRole)) {
+            Q_EMIT q->errorDisappeared(index, name, Qt::DisplayRole);
+        }
+        if (differs)
+            announce(entry);
+    }
+    toRead.erase(std::remove_if(toRead.begin(), toRead.end(),
+                                [this](const ItemEntry *e) { return !asked.count(e); }),
+                 toRead.end());
+    reading = false;
+    flushReads();
+}
+
+// Node map work that may wait, on the reader beside the rows' reads; a
+// second one before the first began replaces it.
+void GenParamTreeModelPrivate::behindReader(std::function<void()> job)
+{
+    if (!reader)
+        reader = DeviceReader::of(nodeMap);
+    reader->post(&epoch, std::move(job));
+}
+
+void GenParamTreeModelPrivate::allOld()
+{
+    ++epoch;
+    for (auto &row : shown)
+        row.second.fresh = false;
 }
 
 ERepresentation GenParamTreeModelPrivate::IntRepresentation(IInteger *integer) const
@@ -857,9 +1097,10 @@ QString GenParamTreeModelPrivate::WhyNot(INode *node) const
             value = messageOf(e);
         }
         const QString name = fromGc(cause->GetName());
-        const QString shown = fromGc(cause->GetDisplayName());
+        const QString displayName = fromGc(cause->GetDisplayName());
         causes << QStringLiteral("<a href=\"feature:%1\">%2</a> = %3")
-                      .arg(name.toHtmlEscaped(), (shown.isEmpty() ? name : shown).toHtmlEscaped(),
+                      .arg(name.toHtmlEscaped(),
+                           (displayName.isEmpty() ? name : displayName).toHtmlEscaped(),
                            value.toHtmlEscaped());
     }
     return causes.isEmpty() ? QString() : label.arg(causes.join(QStringLiteral(", ")));
@@ -948,17 +1189,10 @@ QVariant GenParamTreeModel::data(const QModelIndex &index, int role) const
         return d->ControlDataRoleImp(value);
     if (role == Qt::WhatsThisRole)
         return d->WhatsThis(value);
-    if (role == ChangedRole) {
-        const auto bySlot = d->original.find(item);
-        if (bySlot == d->original.end())
-            return false;
-        const auto it = bySlot->second.find(selectorSlot(value));
-        return it != bySlot->second.end() && currentText(value) != std::optional(it->second);
-    }
 
-    QString paramName = QStringLiteral("UnknownNode");
     INode *node = value->GetNode();
-    if (index.column() == 0) {
+    if (index.column() == 0 && role != ChangedRole && role != AccessModeRole) {
+        QString paramName = QStringLiteral("UnknownNode");
         try {
             paramName = fromGc(node->GetName());
             switch (role) {
@@ -990,7 +1224,48 @@ QVariant GenParamTreeModel::data(const QModelIndex &index, int role) const
         }
     }
 
+    if (!d->readsOffThread)
+        return valueData(index, role);
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+    case Qt::ForegroundRole:
+    case ChangedRole:
+    case AccessModeRole:
+        break;
+    default:
+        return valueData(index, role);
+    }
+    const auto it = d->shown.find(item);
+    if (it != d->shown.end() && it->second.fresh)
+        return d->fromShown(item, role);
     try {
+        NoWaitScope noWait;
+        return valueData(index, role);
+    } catch (const WouldWaitException &) {
+        d->readLater(item);
+        return d->fromShown(item, role);
+    }
+}
+
+// The value column's roles, read from the node map on this thread.
+QVariant GenParamTreeModel::valueData(const QModelIndex &index, int role) const
+{
+    Q_D(const GenParamTreeModel);
+    auto *item = static_cast<ItemEntry *>(index.internalPointer());
+    IValue *value = item->first;
+    INode *node = value->GetNode();
+    if (role == ChangedRole) {
+        const auto bySlot = d->original.find(item);
+        if (bySlot == d->original.end())
+            return false;
+        const auto it = bySlot->second.find(selectorSlot(value));
+        return it != bySlot->second.end() && currentText(value) != std::optional(it->second);
+    }
+    QString paramName = QStringLiteral("UnknownNode");
+    try {
+        if (role == AccessModeRole)
+            return static_cast<int>(node->GetAccessMode());
         paramName = fromGc(node->GetName());
         const EInterfaceType type = node->GetPrincipalInterfaceType();
         if (type == intfICategory)
@@ -1029,7 +1304,11 @@ QVariant GenParamTreeModel::data(const QModelIndex &index, int role) const
         if (m_errors.ClearError(paramName, role))
             Q_EMIT errorDisappeared(index, paramName, role);
         return result;
+    } catch (const WouldWaitException &) {
+        throw;
     } catch (const GenICam::GenericException &e) {
+        if (role == AccessModeRole)
+            return QVariant();
         const QString message = messageOf(e);
         if (m_errors.SetError(paramName, message, role))
             Q_EMIT errorAppeared(index, paramName, message, role);
@@ -1119,6 +1398,25 @@ bool GenParamTreeModel::setData(const QModelIndex &index, const QVariant &value,
     return true;
 }
 
+void GenParamTreeModel::setReadsOffThread(bool on)
+{
+    Q_D(GenParamTreeModel);
+    d->readsOffThread = on;
+}
+
+void GenParamTreeModel::poll(int64_t elapsedMs)
+{
+    Q_D(GenParamTreeModel);
+    d->allOld();
+    if (!d->readsOffThread) {
+        d->nodeMap->Poll(elapsedMs);
+        return;
+    }
+    // Polling reads the polled registers; their changes come back as node
+    // callbacks, through the hand-off.
+    d->behindReader([map = d->nodeMap, elapsedMs] { map->Poll(elapsedMs); });
+}
+
 bool GenParamTreeModel::canUndo() const
 {
     Q_D(const GenParamTreeModel);
@@ -1160,13 +1458,10 @@ Qt::ItemFlags GenParamTreeModel::flags(const QModelIndex &index) const
         base |= Qt::ItemNeverHasChildren;
     if (index.column() == 0 || !item || !item->first)
         return base;
-    try {
-        const EAccessMode mode = item->first->GetNode()->GetAccessMode();
-        if (mode == WO || mode == RW)
-            return base | Qt::ItemIsEditable;
-    } catch (const GenICam::GenericException &) {
-        // An access mode that cannot be read is treated as not editable.
-    }
+    const QVariant mode = data(index, AccessModeRole);
+    // An access mode that cannot be read is treated as not editable.
+    if (mode.isValid() && (mode.toInt() == WO || mode.toInt() == RW))
+        return base | Qt::ItemIsEditable;
     return base;
 }
 

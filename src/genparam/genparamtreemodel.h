@@ -26,7 +26,10 @@ enum GenParamRoles {
     ControlDataRole = Qt::UserRole + 1, // a ControlData with a new editor
     // True for a value the user changed through the model in this session
     // that does not read as it did before the first change.
-    ChangedRole = Qt::UserRole + 2
+    ChangedRole = Qt::UserRole + 2,
+    // The feature's GenApi::EAccessMode as an int; nothing when it cannot be
+    // read (or has not been read yet, see setReadsOffThread).
+    AccessModeRole = Qt::UserRole + 3
 };
 
 // The error id of a failed write; reads use the failing role's number.
@@ -110,12 +113,28 @@ public:
     bool canUndo() const;
     bool undo(QString *error = nullptr);
 
+    // On: a value read that would wait for the camera (one on the network,
+    // or the node map in use by another thread) never runs on this thread.
+    // It runs on the node map's DeviceReader; until it comes back the row
+    // shows what was read last (nothing before the first read) and is
+    // announced with dataChanged once read. Reads that need no wait (a
+    // cached value, a camera in memory) stay immediate. Off by default.
+    // Editors (ControlDataRole), the description (WhatsThisRole) and writes
+    // still run here: the user asked for them.
+    void setReadsOffThread(bool on);
+    // One tick of the view's polling: the node map's Poll, and every value
+    // read off this thread counts as old (read again when next shown). A
+    // tick that finds the node map in use is skipped; the next one polls.
+    void poll(int64_t elapsedMs);
+
 Q_SIGNALS:
     void errorAppeared(const QModelIndex &idx, const QString &paramName, const QString &strErr,
                        int id) const;
     void errorDisappeared(const QModelIndex &idx, const QString &paramName, int id) const;
 
 private:
+    QVariant valueData(const QModelIndex &index, int role) const;
+
     mutable GenParamErrorController m_errors;
     Q_DECLARE_PRIVATE(GenParamTreeModel)
     Q_DISABLE_COPY(GenParamTreeModel)

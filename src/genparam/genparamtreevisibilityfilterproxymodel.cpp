@@ -74,12 +74,11 @@ Verdict ownVerdict(const QModelIndex &index, int visibility, const QRegExp &filt
     INode *node = value->GetNode();
     if (static_cast<int>(node->GetVisibility()) > visibility)
         return Verdict::Hide;
-    try {
-        if (node->GetAccessMode() == NI)
-            return Verdict::Hide;
-    } catch (const GenICam::GenericException &) {
-        // Whether it exists cannot be told: show it, the cell says why.
-    }
+    // Through the model, which knows whether reading it may wait; a mode
+    // that cannot be told (yet) shows the row, and its cell says why.
+    const QVariant mode = index.data(AccessModeRole);
+    if (mode.isValid() && mode.toInt() == NI)
+        return Verdict::Hide;
     // "*" (the pattern before any text is set) names nothing either.
     const bool named
         = !filterRegExp.pattern().isEmpty() && filterRegExp.pattern() != QLatin1String("*");

@@ -213,8 +213,9 @@ void OrbGenParamTreeViewPrivate::Init(OrbGenParamTreeView *view, INodeMap *map)
 
     pollTimer = new QTimer(view);
     QObject::connect(pollTimer, &QTimer::timeout, view, [this] {
-        if (nodeMap)
-            nodeMap->Poll(pollTimer->interval());
+        auto *model = proxy() ? qobject_cast<GenParamTreeModel *>(proxy()->sourceModel()) : nullptr;
+        if (model)
+            model->poll(pollTimer->interval());
     });
 }
 
@@ -524,6 +525,8 @@ void OrbGenParamTreeViewPrivate::setModel(INodeMap *map)
 
     auto *filter = new GenParamTreeVisibilityFilterProxyModel(q);
     auto *model = new GenParamTreeModel(map, filter);
+    // A camera on the network keeps its waits off the host's GUI thread.
+    model->setReadsOffThread(true);
     filter->setSourceModel(model);
     filter->setFilterVisibility(ui.cbVisibility->currentIndex());
     ui.treeView->setModel(filter);

@@ -36,6 +36,7 @@
 #include <QTextBrowser>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QElapsedTimer>
 #include <QTimer>
 #include <QToolButton>
 #include <QTreeView>
@@ -214,6 +215,7 @@ private Q_SLOTS:
     void commandExecutesOncePerClickAndNeverOnClose();
     void lineEditForAddresses();
     void failedWriteShowsAndClears();
+    void slowCameraKeepsTheTreeAnswering();
     void filterText();
     void filterOptions();
     void filterKeepsTheUsersTree();
@@ -405,6 +407,73 @@ void tst_OrbGenParamTreeView::lineEditForAddresses()
     QTRY_COMPARE(GenApi::CIntegerPtr(f.map._GetNode("GevCurrentIPAddress"))->GetValue(),
                  int64_t(0xC0A8071E));
     QCOMPARE(cell.data().toString(), QStringLiteral("192.168.7.30"));
+}
+
+// A camera that answers slowly (a network's round trip on every register)
+// keeps the node map's reader waiting, never the tree: a value the node map
+// does not hold is read beside the GUI thread, its cell stays as it was
+// meanwhile and fills in when the read comes back; the GUI thread runs its
+// timers throughout. A write lands, and a loss and a return show.
+void tst_OrbGenParamTreeView::slowCameraKeepsTheTreeAnswering()
+{
+    OrbCamTest::SystemRef sim;
+    const auto cameras = sim.cameras("GEV0");
+    QVERIFY(!cameras.empty());
+    OrbCamTest::DeviceRef camera(cameras.front());
+    QVERIFY(camera.device);
+    const std::string id = camera.device->GetInfo()->GetID();
+    camera.device->GetParams()->GetNodeMap()->InvalidateNodes();
+    QCOMPARE(OrbCamSim::SetAnswerTime(id, 300), OrbCamOk);
+    {
+        OrbGenParamTreeView view(camera.device->GetParams());
+        QAbstractItemModel *model = view.treeView()->model();
+        QModelIndex name;
+        std::function<void(const QModelIndex &)> search = [&](const QModelIndex &parent) {
+            for (int row = 0; row < model->rowCount(parent) && !name.isValid(); ++row) {
+                const QModelIndex index = model->index(row, 0, parent);
+                if (index.data().toString() == QLatin1String("Black Level"))
+                    name = index;
+                search(index);
+            }
+        };
+        search(QModelIndex());
+        QVERIFY(name.isValid());
+        const QModelIndex cell = name.sibling(name.row(), 1);
+        // Asked before any event ran: not read here, so nothing to show yet.
+        QVERIFY2(!cell.data().isValid(), qPrintable(cell.data().toString()));
+
+        QElapsedTimer clock;
+        clock.start();
+        qint64 last = 0, longest = 0;
+        QTimer ticker;
+        connect(&ticker, &QTimer::timeout, [&] {
+            longest = qMax(longest, clock.elapsed() - last);
+            last = clock.elapsed();
+        });
+        ticker.start(10);
+        view.resize(600, 700);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        view.treeView()->expandAll();
+        view.treeView()->scrollTo(cell);
+        QTRY_COMPARE_WITH_TIMEOUT(cell.data().toString(), QStringLiteral("16"), 15000);
+        QVERIFY2(longest < 250, qPrintable(QString::number(longest)));
+
+        // A write is the user's own act and waits for the camera's answer.
+        QVERIFY(model->setData(cell, qlonglong(40)));
+        QTRY_COMPARE_WITH_TIMEOUT(cell.data().toString(), QStringLiteral("40"), 115000);
+
+        QCOMPARE(OrbCamSim::LoseCamera(id), OrbCamOk);
+        QTRY_VERIFY_WITH_TIMEOUT(cell.data().toString().contains(QLatin1String("not answer")),
+                                 15000);
+        QCOMPARE(OrbCamSim::RegainCamera(id), OrbCamOk);
+        QTRY_COMPARE_WITH_TIMEOUT(cell.data().toString(), QStringLiteral("40"), 115000);
+        longest = 0;
+        last = clock.elapsed();
+        QTest::qWait(100);
+        QVERIFY2(longest < 250, qPrintable(QString::number(longest)));
+    }
+    QCOMPARE(OrbCamSim::SetAnswerTime(id, 0), OrbCamOk);
 }
 
 void tst_OrbGenParamTreeView::failedWriteShowsAndClears()

@@ -360,6 +360,8 @@ void ConverterCore::limits(Node &owner, double &low, double &high, bool integer)
             high = std::min(high, std::numeric_limits<double>::max());
             return;
         }
+    } catch (const WouldWaitException &) {
+        throw;
     } catch (const GenericException &) {
         // A cycle of references is an error of the description, not of the
         // limits: fail fast with it.

@@ -10,6 +10,29 @@
 #include <unordered_map>
 
 namespace GenApi_3_0 {
+
+namespace {
+thread_local int noWaitDepth = 0;
+} // namespace
+
+NoWaitScope::NoWaitScope(bool active)
+    : m_active(active)
+{
+    if (m_active)
+        ++noWaitDepth;
+}
+
+NoWaitScope::~NoWaitScope()
+{
+    if (m_active)
+        --noWaitDepth;
+}
+
+bool NoWaitScope::IsActive()
+{
+    return noWaitDepth > 0;
+}
+
 namespace impl {
 
 // ---------------------------------------------------------------------------
@@ -93,7 +116,14 @@ NodeMap::~NodeMap()
 NodeMap::Guard::Guard(const NodeMap &map)
     : m_map(const_cast<NodeMap &>(map))
 {
-    m_map.m_lock.Lock();
+    if (NoWaitScope::IsActive()) {
+        // Held by another thread means held across a port access, which
+        // may wait for a camera.
+        if (!m_map.m_lock.TryLock())
+            throw WOULD_WAIT_EXCEPTION("the node map is in use by another thread");
+    } else {
+        m_map.m_lock.Lock();
+    }
     ++m_map.m_lockDepth;
 }
 

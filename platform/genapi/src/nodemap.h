@@ -5,6 +5,7 @@
 
 #include "nodes.h"
 
+#include <GenApi/NoWait.h>
 #include <GenApi/Synch.h>
 
 #include <memory>

@@ -205,6 +205,8 @@ const std::vector<uint8_t> &RegisterCore::read(bool ignoreCache)
     auto where = [&] { return std::to_string(len) + " bytes at " + hex(addr); };
     try {
         target->Read(m_readBuffer.data(), addr, len);
+    } catch (const WouldWaitException &) {
+        throw; // nothing happened: the caller reads elsewhere
     } catch (const TimeoutException &e) {
         throw TIMEOUT_EXCEPTION("%s: reading %s timed out: %s", m_owner.label().c_str(),
                                 where().c_str(), e.GetDescription());
@@ -234,6 +236,8 @@ void RegisterCore::write(const std::vector<uint8_t> &bytes)
     m_cacheValid = false;
     try {
         target->Write(bytes.data(), addr, static_cast<int64_t>(bytes.size()));
+    } catch (const WouldWaitException &) {
+        throw; // nothing happened: the caller reads elsewhere
     } catch (const TimeoutException &e) {
         throw TIMEOUT_EXCEPTION("%s: writing %s timed out: %s", m_owner.label().c_str(),
                                 where().c_str(), e.GetDescription());
@@ -262,6 +266,8 @@ bool RegisterCore::poll()
     m_cacheValid = false;
     try {
         read(true);
+    } catch (const WouldWaitException &) {
+        throw; // not polled: no news either way
     } catch (const GenericException &) {
         // The failure itself is news once; the reader sees the exception.
         m_lastPollFailed = true;

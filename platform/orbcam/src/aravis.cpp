@@ -575,6 +575,7 @@ public:
     void Read(void *buffer, int64_t address, int64_t length) override
     {
         refuseWhileLost();
+        refuseToWait();
         if (m_gigEAddress != 0 && length >= 0) {
             uint16_t refusal = 0;
             // A read under way when the camera is found lost (by the
@@ -610,6 +611,7 @@ public:
         if (m_mode != RW && m_mode != WO)
             throw ACCESS_EXCEPTION("the camera %s was opened read-only", m_camera.c_str());
         refuseWhileLost();
+        refuseToWait();
         GError *error = nullptr;
         Held device(*this);
         if (length < 0 || length > UINT32_MAX
@@ -658,6 +660,13 @@ private:
     {
         if (m_lost)
             throw ACCESS_EXCEPTION("camera %s is not answering", m_camera.c_str());
+    }
+    // Every access crosses the network; a lost camera's refusal above costs
+    // nothing and is given even to a thread that must not wait.
+    void refuseToWait() const
+    {
+        if (NoWaitScope::IsActive())
+            throw WOULD_WAIT_EXCEPTION("camera %s answers over the network", m_camera.c_str());
     }
 
     [[noreturn]] void fail(const char *what, int64_t address, int64_t length, GError *error)
@@ -845,7 +854,14 @@ public:
 
     AravisSystem &system() const { return m_system; }
     const void *eventSource() const override { return this; }
-    void deliver(uint32_t event) override { m_events.deliver(event); }
+    void deliver(uint32_t event) override
+    {
+        // What was read before the loss is no longer the camera's: readers
+        // are told (node callbacks) and read again, which now fails at once.
+        if (event == OrbCam::EventDeviceLost)
+            m_map._InvalidateNodes();
+        m_events.deliver(event);
+    }
 
 private:
     // The handler runs on Aravis's thread; this lock, taken here and there,

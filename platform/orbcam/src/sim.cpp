@@ -410,17 +410,31 @@ OrbCamErr SimCamera::ForceIP(uint32_t address, uint32_t mask, uint32_t gateway)
 
 namespace {
 
-// A network's round trip, taken before the camera is touched.
+// A network's round trip, taken before the camera is touched; a thread that
+// must not wait is refused, as a real camera's port refuses it.
 void answerAfter(const std::atomic<uint32_t> &milliseconds)
 {
-    if (const uint32_t wait = milliseconds.load())
+    if (const uint32_t wait = milliseconds.load()) {
+        if (GenApi::NoWaitScope::IsActive())
+            throw WOULD_WAIT_EXCEPTION("the camera answers after %u ms", unsigned(wait));
         std::this_thread::sleep_for(std::chrono::milliseconds(wait));
+    }
 }
 
 } // namespace
 
+// A camera known to be lost is refused at once, as the real backend refuses
+// it once it has noticed.
+void SimCamera::refuseWhileLost() const
+{
+    std::lock_guard<std::recursive_mutex> lock(m_mutex);
+    if (!reachable())
+        throw ACCESS_EXCEPTION("camera %s does not answer", m_id.c_str());
+}
+
 void SimCamera::Read(void *buffer, int64_t address, int64_t length)
 {
+    refuseWhileLost();
     answerAfter(answerTime);
     std::lock_guard<std::recursive_mutex> lock(m_mutex);
     if (!reachable())
@@ -440,6 +454,7 @@ void SimCamera::Read(void *buffer, int64_t address, int64_t length)
 
 void SimCamera::Write(const void *buffer, int64_t address, int64_t length)
 {
+    refuseWhileLost();
     answerAfter(answerTime);
     std::lock_guard<std::recursive_mutex> lock(m_mutex);
     if (!reachable())
@@ -766,8 +781,8 @@ OrbCamErr SimDevice::UnregisterEventCallback(uint32_t event, OrbCam::EventCallba
 
 void SimDevice::deliver(uint32_t event)
 {
-    // Values cached while the camera was away are stale.
-    if (event == OrbCam::EventDeviceReturned)
+    // Values cached before a loss, or while the camera was away, are stale.
+    if (event == OrbCam::EventDeviceReturned || event == OrbCam::EventDeviceLost)
         m_map._InvalidateNodes();
     m_events.deliver(event);
 }

@@ -102,6 +102,8 @@ public:
     void Write(const void *buffer, int64_t address, int64_t length) override;
 
     bool reachable() const { return present && !lost; }
+    // Throws while the camera is lost, without the answer time.
+    void refuseWhileLost() const;
     const ModelInfo &model() const { return *m_model; }
     uint32_t ip() const;
     uint32_t mask() const;

@@ -10,6 +10,7 @@
 #include <GenApi/Types.h>
 #include <GenApi/Interfaces.h>
 #include <GenApi/Synch.h>
+#include <GenApi/NoWait.h>
 #include <GenApi/Pointer.h>
 #include <GenApi/NodeCallback.h>
 #include <GenApi/NodeMapRef.h>
