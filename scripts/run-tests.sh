@@ -29,6 +29,7 @@ sed -n '/Start testing of tst_OrbCamAravis/,/Finished testing of tst_OrbCamAravi
 # ThreadSanitizer. Qt is not built for it: what its own code does is left out
 # (tests/tsan.supp), ours is checked.
 threaded=(tst_orbcam_discovery tst_orbcam_gvcp tst_devicetreemodel tst_cameraselector tst_selectcamera
+    tst_orbgenparamtreeview
     tst_orbcamconfigmapper tst_genparamtreemodel tst_featuredialogs tst_framedialogs
     tst_orbcamconfig tst_dialogsinuse)
 # The real-camera backend's threads (discovery, Aravis's heartbeat, the

@@ -235,8 +235,8 @@ struct ShownValue {
 
     bool sameAs(const ShownValue &o) const
     {
-        return mode == o.mode && modeKnown == o.modeKnown && display == o.display
-            && edit == o.edit && text == o.text && error == o.error;
+        return mode == o.mode && modeKnown == o.modeKnown && display == o.display && edit == o.edit
+            && text == o.text && error == o.error;
     }
 };
 
@@ -621,8 +621,8 @@ void GenParamTreeModelPrivate::flushReads()
     if (!reader)
         reader = DeviceReader::of(nodeMap);
     constexpr size_t kRowsPerJob = 32;
-    const std::vector<ItemEntry *> entries(
-        toRead.rbegin(), toRead.rbegin() + std::min(toRead.size(), kRowsPerJob));
+    const std::vector<ItemEntry *> entries(toRead.rbegin(),
+                                           toRead.rbegin() + std::min(toRead.size(), kRowsPerJob));
     std::vector<quint32> changes;
     changes.reserve(entries.size());
     for (const ItemEntry *entry : entries)

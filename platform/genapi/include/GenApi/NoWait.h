@@ -27,13 +27,12 @@ namespace GenApi_3_0 {
 /// and does it.
 class GENAPI_DECL WouldWaitException : public GenICam_3_0::TimeoutException {
 public:
-    WouldWaitException(const char *description, const char *sourceFileName,
-                       unsigned int sourceLine)
+    WouldWaitException(const char *description, const char *sourceFileName, unsigned int sourceLine)
         : TimeoutException(description, sourceFileName, sourceLine, "WouldWaitException")
     {
     }
-    WouldWaitException(const char *description, const char *sourceFileName,
-                       unsigned int sourceLine, const char *exceptionType)
+    WouldWaitException(const char *description, const char *sourceFileName, unsigned int sourceLine,
+                       const char *exceptionType)
         : TimeoutException(description, sourceFileName, sourceLine, exceptionType)
     {
     }
@@ -61,7 +60,7 @@ private:
 
 /// `throw WOULD_WAIT_EXCEPTION("camera %s answers over the network", name)`
 #define WOULD_WAIT_EXCEPTION                                                                       \
-    GenICam_3_0::ExceptionReporter<GenApi_3_0::WouldWaitException>(__FILE__, __LINE__,            \
+    GenICam_3_0::ExceptionReporter<GenApi_3_0::WouldWaitException>(__FILE__, __LINE__,             \
                                                                    "WouldWaitException")           \
         .Report
 
