@@ -621,6 +621,9 @@ void tst_OrbCamAravis::windowsFollowALostCamera()
         QTRY_VERIFY_WITH_TIMEOUT(status->text() != QLatin1String("Disconnected"), 4500);
         QTRY_VERIFY(!size->text().isEmpty());
         QTRY_VERIFY(trigger->isEnabled());
+        // The tree reads the camera again (beside the GUI thread).
+        QTRY_COMPARE(userName.data().toString(),
+                     QString::fromLatin1(rawMemory("127.0.0.3", 0x8010, 16).constData()));
         // Nothing of the refused edit reached the camera once it was back.
         QVERIFY(!rawMemory("127.0.0.3", 0x8010, 5).startsWith("Lost"));
         QVERIFY(model->setData(userName, QStringLiteral("Again")));
