@@ -856,6 +856,10 @@ Trigger</translation>
         <source>Not current: the camera has frame %1 selected</source>
         <translation>Nicht aktuell: an der Kamera ist Frame %1 gewählt</translation>
     </message>
+    <message>
+        <source>Temperature of: %1</source>
+        <translation>Temperatur von: %1</translation>
+    </message>
 </context>
 <context>
     <name>OrbGui::OrbCamConfigFrameABDialog</name>

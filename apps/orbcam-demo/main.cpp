@@ -3,12 +3,13 @@
 //
 // Doors (each also takes --backend sim|aravis|all, --config FILE and
 // --screenshot FILE):
-//   orbcam-demo config [--camera ID]
+//   orbcam-demo config [--camera ID | --xml FILE [--values FILE]]
 //   orbcam-demo tree [--xml FILE | --camera ID] [--visibility LEVEL] [--set NAME=VALUE]...
 //                    [--select NAME] [--menu]
 //   orbcam-demo select [--poll]
-//   orbcam-demo dialog trigger|strobe|pulse|output|color|frameab [--camera ID]
-//   orbcam-demo widgets [--camera ID]
+//   orbcam-demo dialog trigger|strobe|pulse|output|color|frameab
+//                      [--camera ID | --xml FILE [--values FILE]]
+//   orbcam-demo widgets [--camera ID | --xml FILE [--values FILE]]
 #include "gallery.h"
 
 #include <GenApi/GenApi.h>
@@ -27,6 +28,10 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMap>
 #include <QScreen>
 #include <QPixmap>
@@ -38,6 +43,20 @@
 #include <vector>
 
 namespace {
+
+// A simulated set-up of one GigE Vision camera made from a description file.
+std::string cameraOfDescription(const QString &xml, const QString &values)
+{
+    QJsonObject camera { { QStringLiteral("model"), QFileInfo(xml).absoluteFilePath() },
+                         { QStringLiteral("serial"), QStringLiteral("XML-0001") } };
+    if (!values.isEmpty())
+        camera.insert(QStringLiteral("values"), QFileInfo(values).absoluteFilePath());
+    const QJsonObject gev { { QStringLiteral("id"), QStringLiteral("GEV0") },
+                            { QStringLiteral("type"), QStringLiteral("GigEVision") },
+                            { QStringLiteral("cameras"), QJsonArray { camera } } };
+    const QJsonObject setup { { QStringLiteral("interfaces"), QJsonArray { gev } } };
+    return QJsonDocument(setup).toJson(QJsonDocument::Compact).toStdString();
+}
 
 // Renders the window once it has settled, writes the PNG and quits.
 void screenshotLater(QWidget *window, const QString &path)
@@ -411,7 +430,13 @@ int main(int argc, char **argv)
                        "select: the camera selector; "
                        "dialog trigger|strobe|pulse|output|color|frameab: a feature dialog"));
     options.addOption({ QStringLiteral("xml"),
-                        QStringLiteral("Show a GenICam description (plain or zip)."),
+                        QStringLiteral("tree: show a GenICam description (plain or zip); "
+                                       "config, dialog, widgets: on a simulated camera made "
+                                       "from it."),
+                        QStringLiteral("FILE") });
+    options.addOption({ QStringLiteral("values"),
+                        QStringLiteral("With --xml: the simulated camera's start values (a "
+                                       "JSON side file as the simulated models have)."),
                         QStringLiteral("FILE") });
     options.addOption(
         { QStringLiteral("camera"),
@@ -480,13 +505,16 @@ int main(int argc, char **argv)
     // said at once: silently ignored, it would show something else than
     // what was asked for.
     const QMap<QString, QStringList> doorOptions {
-        { QStringLiteral("config"), { QStringLiteral("camera") } },
+        { QStringLiteral("config"),
+          { QStringLiteral("camera"), QStringLiteral("xml"), QStringLiteral("values") } },
         { QStringLiteral("tree"),
           { QStringLiteral("xml"), QStringLiteral("camera"), QStringLiteral("set"),
             QStringLiteral("visibility"), QStringLiteral("select"), QStringLiteral("menu") } },
         { QStringLiteral("select"), { QStringLiteral("poll") } },
-        { QStringLiteral("dialog"), { QStringLiteral("camera") } },
-        { QStringLiteral("widgets"), { QStringLiteral("camera") } },
+        { QStringLiteral("dialog"),
+          { QStringLiteral("camera"), QStringLiteral("xml"), QStringLiteral("values") } },
+        { QStringLiteral("widgets"),
+          { QStringLiteral("camera"), QStringLiteral("xml"), QStringLiteral("values") } },
     };
     if (doorOptions.contains(door)) {
         const QStringList everywhere { QStringLiteral("backend"), QStringLiteral("config"),
@@ -503,8 +531,27 @@ int main(int argc, char **argv)
             return 2;
         }
         if (options.isSet(QStringLiteral("xml")) && options.isSet(QStringLiteral("camera"))) {
-            std::fprintf(stderr, "orbcam-demo: tree shows --xml or --camera, not both\n");
+            std::fprintf(stderr, "orbcam-demo: %s shows --xml or --camera, not both\n",
+                         qPrintable(door));
             return 2;
+        }
+        if (options.isSet(QStringLiteral("values")) && !options.isSet(QStringLiteral("xml"))) {
+            std::fprintf(stderr, "orbcam-demo: --values goes with --xml\n");
+            return 2;
+        }
+        if (door != QLatin1String("tree") && options.isSet(QStringLiteral("xml"))) {
+            if (options.isSet(QStringLiteral("config"))) {
+                std::fprintf(stderr, "orbcam-demo: --xml makes the set-up; not with --config\n");
+                return 2;
+            }
+            std::string why;
+            if (OrbCamSim::Configure(cameraOfDescription(options.value(QStringLiteral("xml")),
+                                                         options.value(QStringLiteral("values"))),
+                                     &why)
+                != OrbCamOk) {
+                std::fprintf(stderr, "orbcam-demo: %s\n", why.c_str());
+                return 2;
+            }
         }
         const QString level = options.value(QStringLiteral("visibility")).toLower();
         if (options.isSet(QStringLiteral("visibility")) && level != QLatin1String("beginner")

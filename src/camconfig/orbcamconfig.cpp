@@ -2,6 +2,7 @@
 
 #include "camconfigdialog_p.h"
 #include "common/devicereader.h"
+#include "genparam/unittext.h"
 #include "ui_orbcamconfig.h"
 #include "ui_orbcamconfigabout.h"
 
@@ -364,25 +365,62 @@ void OrbCamConfigPrivate::OnParameterUpdate(OrbGenParam::Param *)
 // nothing rather than a made-up or stale number.
 struct PanelReading {
     bool b = false; // the selector names frame B
-    std::optional<QString> temperature, width, height, exposure, frameTime;
-    int64_t time = 0;
+    std::optional<QString> temperature, width, height, exposure, frameTime, fps;
+    double time = 0; // the frame time in microseconds
+    // The description's units of the standard features read instead of
+    // the window's own (empty: the window's label stays).
+    QString temperatureUnit, exposureUnit;
+    QString temperatureSource; // what the camera's temperature selector names
 };
 
 namespace {
 
-std::optional<QString> numberOf(OrbGenParam::Array *params, const char *name,
-                                int64_t *value = nullptr)
+// Floating-point readings with at most two decimals, none when whole.
+QString numberText(double value)
 {
-    OrbGenParam::Int *feature = params->GetInt(name);
-    if (!feature)
-        return std::nullopt;
-    OrbCamErr err = OrbCamOk;
-    const int64_t read = feature->GetValue(&err);
-    if (err != OrbCamOk)
-        return QString();
-    if (value)
-        *value = read;
-    return QString::number(read);
+    QString text = QString::number(value, 'f', 2);
+    while (text.endsWith(QLatin1Char('0')))
+        text.chop(1);
+    if (text.endsWith(QLatin1Char('.')))
+        text.chop(1);
+    return text;
+}
+
+// The first of `names` the camera has (implemented and available now), an
+// integer or a floating-point feature, as text; nothing when it has none of
+// them; an empty text when the read fails. *unit receives the feature's
+// unit as shown.
+std::optional<QString> numberOf(OrbGenParam::Array *params,
+                                std::initializer_list<const char *> names, double *value = nullptr,
+                                QString *unit = nullptr)
+{
+    for (const char *name : names) {
+        OrbCamErr err = OrbCamOk;
+        if (OrbGenParam::Int *feature = params->GetInt(name); feature && feature->IsAvailable()) {
+            const int64_t read = feature->GetValue(&err);
+            if (unit)
+                if (auto *node = dynamic_cast<GenApi::IInteger *>(feature->GetNode()))
+                    *unit = shownUnit(QString::fromUtf8(node->GetUnit().c_str()));
+            if (err != OrbCamOk)
+                return QString();
+            if (value)
+                *value = static_cast<double>(read);
+            return QString::number(read);
+        }
+        if (OrbGenParam::Float *feature = params->GetFloat(name);
+            feature && feature->IsAvailable()) {
+            const double read = feature->GetValue(&err);
+            if (unit)
+                if (auto *node = dynamic_cast<GenApi::IFloat *>(feature->GetNode()))
+                    *unit = shownUnit(QString::fromUtf8(node->GetUnit().c_str()));
+            if (err != OrbCamOk)
+                return QString();
+            if (value)
+                *value = read;
+            return numberText(read);
+        }
+    }
+    return std::nullopt;
 }
 
 // The selector is read afresh with the values, once: the panel must not put
@@ -396,11 +434,47 @@ PanelReading readPanel(OrbGenParam::Array *params, OrbGenParam::Enum *selector)
         const char *name = selector->GetValueName(&err);
         r.b = err == OrbCamOk && name && QString::fromUtf8(name) != frameA;
     }
-    r.temperature = numberOf(params, "CurrentTemperature");
-    r.width = numberOf(params, "Width");
-    r.height = numberOf(params, "Height");
-    r.exposure = numberOf(params, "CurrentExposureTime");
-    r.frameTime = numberOf(params, "CurrentFrameTime", &r.time);
+    r.width = numberOf(params, { "Width" });
+    r.height = numberOf(params, { "Height" });
+    // The window's own features first; then the standard names, which a
+    // camera of any vendor may have, with the units its description gives.
+    r.temperature = numberOf(params, { "CurrentTemperature" });
+    if (!r.temperature) {
+        // What the camera's selector names now: choosing a sensor to read
+        // would be a write nobody asked for.
+        r.temperature = numberOf(params, { "DeviceTemperature" }, nullptr, &r.temperatureUnit);
+        if (OrbGenParam::Enum *sensor = params->GetEnum("DeviceTemperatureSelector");
+            r.temperature && sensor) {
+            OrbCamErr err = OrbCamOk;
+            const char *name = sensor->GetValueName(&err);
+            if (err == OrbCamOk && name)
+                r.temperatureSource = QString::fromUtf8(name);
+        }
+    }
+    r.exposure = numberOf(params, { "CurrentExposureTime" });
+    if (!r.exposure)
+        r.exposure
+            = numberOf(params, { "ExposureTime", "ExposureTimeAbs" }, nullptr, &r.exposureUnit);
+    r.frameTime = numberOf(params, { "CurrentFrameTime" }, &r.time);
+    if (r.frameTime) {
+        r.fps = r.frameTime->isEmpty()
+            ? QString()
+            : QString::number(r.time == 0 ? 0.0 : 1000000.0 / r.time, 'f', 2);
+    } else {
+        // A resulting frame rate (the one the camera achieves, not the one
+        // asked for), in frames per second; the frame time follows from it.
+        double rate = 0;
+        r.fps = numberOf(
+            params,
+            { "AcquisitionResultingFrameRate", "ResultingFrameRate", "ResultingFrameRateAbs" },
+            &rate);
+        if (r.fps && !r.fps->isEmpty()) {
+            r.fps = QString::number(rate, 'f', 2);
+            r.frameTime = rate > 0 ? QString::number(1000000.0 / rate, 'f', 0) : QString();
+        } else if (r.fps) {
+            r.frameTime = QString();
+        }
+    }
     return r;
 }
 
@@ -479,11 +553,15 @@ void OrbCamConfigPrivate::applyPanel(const PanelReading &r)
                r.width.value_or(QString()) + QStringLiteral("x") + r.height.value_or(QString()));
     showIn(b ? ui.lineEditExpFrameB : ui.lineEditExpFrameA, r.exposure);
     showIn(b ? ui.lineEditFtmFrameB : ui.lineEditFtmFrameA, r.frameTime);
-    if (r.frameTime)
-        showIn(b ? ui.lineEditFpsFrameB : ui.lineEditFpsFrameA,
-               r.frameTime->isEmpty()
-                   ? QString()
-                   : QString::number(r.time == 0 ? 0.0 : 1000000.0 / double(r.time), 'f', 2));
+    showIn(b ? ui.lineEditFpsFrameB : ui.lineEditFpsFrameA, r.fps);
+    if (!r.exposureUnit.isEmpty())
+        ui.lblExposure->setText(r.exposureUnit);
+    if (!r.temperatureUnit.isEmpty())
+        ui.lblTemperature->setText(r.temperatureUnit);
+    ui.lineEditTemperature->setToolTip(
+        r.temperatureSource.isEmpty()
+            ? QString()
+            : OrbCamConfig::tr("Temperature of: %1").arg(r.temperatureSource));
 }
 
 void OrbCamConfigPrivate::clearPanel()

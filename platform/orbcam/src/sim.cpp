@@ -177,6 +177,7 @@ SystemConfig parseConfig(const std::string &text)
             for (const json &c : i.value("cameras", json::array())) {
                 CameraConfig cc;
                 cc.model = c.at("model").get<std::string>();
+                cc.values = c.value("values", std::string());
                 cc.serial = c.value("serial", std::string());
                 cc.userName = c.value("userName", std::string());
                 cc.ip = parseIPv4(c.value("ip", "0.0.0.0"));
@@ -193,24 +194,51 @@ SystemConfig parseConfig(const std::string &text)
     return config;
 }
 
-std::shared_ptr<const ModelInfo> loadModel(const std::string &model)
+namespace {
+
+bool endsWith(const std::string &text, const char *suffix)
+{
+    const size_t n = std::strlen(suffix);
+    return text.size() >= n
+        && std::equal(text.end() - static_cast<std::ptrdiff_t>(n), text.end(), suffix,
+                      [](char a, char b) { return std::tolower(a) == b; });
+}
+
+} // namespace
+
+void loadDescription(GenApi::CNodeMapRef &map, const ModelInfo &model)
+{
+    if (model.zipped)
+        map._LoadXMLFromZIPData(model.xml.data(), model.xml.size());
+    else
+        map._LoadXMLFromString(model.xml.c_str());
+}
+
+std::shared_ptr<const ModelInfo> loadModel(const std::string &model, const std::string &values)
 {
     static std::mutex mutex;
     static std::map<std::string, std::shared_ptr<const ModelInfo>> cache;
     const std::string dir = OrbCamSim::CamerasDir();
     std::lock_guard<std::mutex> lock(mutex);
-    const std::string key = dir + "/" + model;
+    // Any description a user has (a file of their own camera's) is a model
+    // as well, with start values of its own or none.
+    const bool file = model.find('/') != std::string::npos
+        && (endsWith(model, ".xml") || endsWith(model, ".zip"));
+    const std::string key = (file ? model : dir + "/" + model) + "\n" + values;
     auto it = cache.find(key);
     if (it != cache.end())
         return it->second;
-    if (model.empty() || model.find('/') != std::string::npos)
+    if (model.empty() || (!file && model.find('/') != std::string::npos))
         throw std::runtime_error("'" + model + "' is not a camera model name");
 
     auto info = std::make_shared<ModelInfo>();
-    info->xml = readText(key + ".xml");
+    const std::string base = file ? model : dir + "/" + model;
+    info->xml = readText(file ? model : base + ".xml");
+    info->zipped = file && endsWith(model, ".zip");
+    const std::string sidePath = !values.empty() ? values : (file ? std::string() : base + ".json");
     json side;
     try {
-        side = json::parse(readText(key + ".json"));
+        side = sidePath.empty() ? json::object() : json::parse(readText(sidePath));
         info->version = side.value("version", info->version);
         info->bigEndian = side.value("bigEndian", true);
         // An array of [feature, value] pairs: the order matters (a selector
@@ -236,6 +264,15 @@ std::shared_ptr<const ModelInfo> loadModel(const std::string &model)
         info->maskFeature = network.value("mask", std::string());
         info->gatewayFeature = network.value("gateway", std::string());
         info->macFeature = network.value("mac", std::string());
+        if (file && !side.contains("identity") && !side.contains("network")) {
+            info->guessedNames = true;
+            info->serialFeature = "DeviceSerialNumber";
+            info->userNameFeature = "DeviceUserID";
+            info->ipFeature = "GevCurrentIPAddress";
+            info->maskFeature = "GevCurrentSubnetMask";
+            info->gatewayFeature = "GevCurrentDefaultGateway";
+            info->macFeature = "GevMACAddress";
+        }
     } catch (const json::exception &e) {
         throw std::runtime_error("model " + model + ": malformed side file: " + e.what());
     }
@@ -251,7 +288,7 @@ SimCamera::SimCamera(SimInterface &owner, std::string id, const CameraConfig &co
     , m_id(std::move(id))
     , m_serial(config.serial)
     , m_userName(config.userName)
-    , m_model(loadModel(config.model))
+    , m_model(loadModel(config.model, config.values))
     , m_mac(config.mac ? config.mac : macFor(m_id))
     , m_ip(config.ip)
     , m_mask(config.mask)
@@ -261,7 +298,7 @@ SimCamera::SimCamera(SimInterface &owner, std::string id, const CameraConfig &co
     // behind the features and applies the model's start values.
     m_setupMap = std::make_unique<CNodeMapRef>();
     try {
-        m_setupMap->_LoadXMLFromString(m_model->xml.c_str());
+        loadDescription(*m_setupMap, *m_model);
     } catch (const GenICam::GenericException &e) {
         throw std::runtime_error("model " + config.model + ": " + e.GetDescription());
     }
@@ -275,7 +312,21 @@ SimCamera::SimCamera(SimInterface &owner, std::string id, const CameraConfig &co
         if (!node)
             throw std::runtime_error("model " + config.model + ": no feature " + feature);
         try {
-            node->FromString(value.c_str(), false);
+            // A read-only integer (a sensor's size, a status) is what the
+            // camera says: its register is written as the camera would.
+            if (CIntegerPtr integer(node); integer && !IsWritable(node)) {
+                const Range range = resolve(*m_setupMap, feature);
+                if (range.length <= 0 || range.length > 8)
+                    throw std::runtime_error("model " + config.model + ": default " + feature
+                                             + ": read-only and not an integer register");
+                writeNumber(range, static_cast<uint64_t>(std::stoll(value, nullptr, 0)));
+                m_setupMap->_InvalidateNodes();
+            } else {
+                node->FromString(value.c_str(), false);
+            }
+        } catch (const std::logic_error &) {
+            throw std::runtime_error("model " + config.model + ": default " + feature + "=" + value
+                                     + ": not a number");
         } catch (const GenICam::GenericException &e) {
             throw std::runtime_error("model " + config.model + ": default " + feature + "=" + value
                                      + ": " + e.GetDescription());
@@ -292,10 +343,11 @@ SimCamera::SimCamera(SimInterface &owner, std::string id, const CameraConfig &co
 
     auto writeText = [&](const std::string &feature, const std::string &text) {
         const Range r = resolve(*m_setupMap, feature);
+        if (r.length <= 0)
+            return;
         std::vector<uint8_t> bytes(static_cast<size_t>(r.length), 0);
         std::memcpy(bytes.data(), text.data(), std::min(text.size(), bytes.size()));
-        if (r.length > 0)
-            m_memory.Write(bytes.data(), r.address, r.length);
+        m_memory.Write(bytes.data(), r.address, r.length);
     };
     writeText(m_model->serialFeature, m_serial);
     writeText(m_model->userNameFeature, m_userName);
@@ -310,6 +362,10 @@ Range SimCamera::resolve(CNodeMapRef &map, const std::string &feature) const
     if (feature.empty())
         return Range {};
     INode *node = map._GetNode(feature.c_str());
+    // A description's own file has no side file to name its features: the
+    // standard names are tried, and one it lacks is left out.
+    if (!node && m_model->guessedNames)
+        return Range {};
     if (!node)
         throw std::runtime_error("model " + m_modelName + ": no feature " + feature);
     // The register the feature's value lives in: the feature itself or its
@@ -324,6 +380,8 @@ Range SimCamera::resolve(CNodeMapRef &map, const std::string &feature) const
                 break;
         }
     }
+    if (!reg && m_model->guessedNames)
+        return Range {};
     if (!reg)
         throw std::runtime_error("model " + m_modelName + ": feature " + feature
                                  + " has no register");
@@ -735,7 +793,7 @@ SimDevice::SimDevice(SimSystem &system, std::shared_ptr<SimCamera> camera, uint3
     , m_port(*m_camera, access == OrbCam::AccessMonitor ? RO : RW)
     , m_map(m_camera->GetID())
 {
-    m_map._LoadXMLFromString(m_camera->model().xml.c_str());
+    loadDescription(m_map, m_camera->model());
     m_map._Connect(&m_port, "Device");
     SimCamera *cam = m_camera.get();
     m_params = std::make_unique<ParamArray>(m_map._Ptr, [cam] { return cam->reachable(); });

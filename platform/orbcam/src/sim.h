@@ -24,6 +24,7 @@ int64_t simClock();
 
 struct CameraConfig {
     std::string model;
+    std::string values; // a side file of the model's format, instead of its own
     std::string serial;
     std::string userName;
     uint32_t ip = 0, mask = 0xFFFFFF00u, gateway = 0;
@@ -50,7 +51,8 @@ const std::string &defaultConfigJson();
 // What a camera model does besides storing values, from the model's JSON
 // side file.
 struct ModelInfo {
-    std::string xml;
+    std::string xml; // the description: XML text, or a zip file's bytes
+    bool zipped = false;
     std::string version = "1.0.0";
     bool bigEndian = true;
     std::vector<std::pair<std::string, std::string>> defaults;
@@ -60,9 +62,17 @@ struct ModelInfo {
     double temperatureBase = 40, temperatureAmplitude = 1, temperaturePeriod = 600,
            temperatureScale = 10;
     std::string serialFeature, userNameFeature, ipFeature, maskFeature, gatewayFeature, macFeature;
+    // The identity and network features are the standard names, tried: the
+    // model is a description file without a side file naming them.
+    bool guessedNames = false;
 };
+// `model`: a model of the cameras folder, or the path of any description
+// (".xml" or ".zip"), which then has no side file unless `values` names one.
 // Throws std::runtime_error when the model or its side file cannot be read.
-std::shared_ptr<const ModelInfo> loadModel(const std::string &model);
+std::shared_ptr<const ModelInfo> loadModel(const std::string &model,
+                                           const std::string &values = std::string());
+// Loads the model's description into `map`; GenICam exceptions propagate.
+void loadDescription(GenApi::CNodeMapRef &map, const ModelInfo &model);
 
 // OrbCamSim::SetDiscoveryTime's value.
 std::atomic<uint32_t> &discoveryTime();

@@ -66,7 +66,7 @@ OrbCamErr Configure(const std::string &json, std::string *why)
         // Every model must load, so that a typo is found now, not at discovery.
         for (const InterfaceConfig &i : config.interfaces)
             for (const CameraConfig &c : i.cameras)
-                loadModel(c.model);
+                loadModel(c.model, c.values);
     } catch (const std::exception &e) {
         if (why)
             *why = e.what();

@@ -15,8 +15,12 @@
 ///       { "id": "U3V0", "type": "USB3Vision", "cameras": [ { "model": "orbsim-m1300" } ] } ] }
 ///
 /// Camera models are GenICam descriptions in the cameras folder (see
-/// OrbCamSim_CamerasDir()). All functions are thread-safe and return
-/// OrbCamErr; cameras are named by their DeviceInfo identifier.
+/// OrbCamSim_CamerasDir()), each with a JSON side file of start values and
+/// behaviour. "model" may also be the path of any description (".xml" or
+/// ".zip", the path holding a '/'): a camera of that description over
+/// zero-filled memory. A camera's "values" names a side file to use instead
+/// of the model's own (for a path model, the only one it has). All functions are thread-safe and
+/// return OrbCamErr; cameras are named by their DeviceInfo identifier.
 #ifndef ORBCAM_ORBCAMSIM_H
 #define ORBCAM_ORBCAMSIM_H
 
