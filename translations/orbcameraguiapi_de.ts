@@ -337,6 +337,14 @@ Platzhalter sind möglich.</translation>
         <source>Blue</source>
         <translation>Blau</translation>
     </message>
+    <message>
+        <source>Channel</source>
+        <translation>Kanal</translation>
+    </message>
+    <message>
+        <source>Ratio</source>
+        <translation>Verhältnis</translation>
+    </message>
 </context>
 <context>
     <name>OrbCamConfigFrameABDialog</name>
@@ -740,6 +748,42 @@ Platzhalter sind möglich.</translation>
         <source>Out2:</source>
         <translation>Ausg. 2:</translation>
     </message>
+    <message>
+        <source>Output Line</source>
+        <translation>Ausgangsleitung</translation>
+    </message>
+    <message>
+        <source>Line:</source>
+        <translation>Leitung:</translation>
+    </message>
+    <message>
+        <source>Source:</source>
+        <translation>Quelle:</translation>
+    </message>
+    <message>
+        <source>Inverted</source>
+        <translation>Invertiert</translation>
+    </message>
+    <message>
+        <source>Timer</source>
+        <translation>Timer</translation>
+    </message>
+    <message>
+        <source>Timer:</source>
+        <translation>Timer:</translation>
+    </message>
+    <message>
+        <source>Started by:</source>
+        <translation>Gestartet durch:</translation>
+    </message>
+    <message>
+        <source>Delay:</source>
+        <translation>Verzögerung:</translation>
+    </message>
+    <message>
+        <source>Width:</source>
+        <translation>Breite:</translation>
+    </message>
 </context>
 <context>
     <name>OrbCamConfigTriggerDialog</name>
@@ -772,6 +816,10 @@ Platzhalter sind möglich.</translation>
 Trigger</source>
         <translation>Software-
 Trigger</translation>
+    </message>
+    <message>
+        <source>Trigger:</source>
+        <translation>Trigger:</translation>
     </message>
 </context>
 <context>
@@ -955,6 +1003,17 @@ Stattdessen %2 schreiben?</translation>
     <message>
         <source>Width [%1s]:</source>
         <translation>Breite [%1s]:</translation>
+    </message>
+</context>
+<context>
+    <name>OrbGui::OrbCamConfigTriggerDialog</name>
+    <message>
+        <source>Debouncer of %1</source>
+        <translation>Entprellung von %1</translation>
+    </message>
+    <message>
+        <source>Debouncer of %1: a time entered here selects %1 on the camera</source>
+        <translation>Entprellung von %1: eine hier eingegebene Zeit wählt %1 an der Kamera</translation>
     </message>
 </context>
 <context>

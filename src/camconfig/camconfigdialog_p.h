@@ -7,13 +7,32 @@
 #include "camconfig/orbcamconfigmapper.h"
 #include "common/flatentry.h"
 
+#include <GenApi/GenApi.h>
 #include <OrbCam/OrbCam.h>
 
 #include <QApplication>
 #include <QLayout>
 #include <QWidget>
 
+#include <type_traits>
+
 namespace OrbGui {
+
+// A feature the description declares but this camera does not implement
+// is one it does not have: its control is not bound, and counts for nothing.
+template <class P> P *implemented(P *param)
+{
+    if (!param)
+        return nullptr;
+    GenApi::INode *node = param->GetNode();
+    try {
+        return !node || GenApi::IsImplemented(node) ? param : nullptr;
+    } catch (const GenICam::GenericException &) {
+        // The camera could not say: the control is bound, and shows what a
+        // read brings when there is one.
+        return param;
+    }
+}
 
 class CamConfigDialogPrivate {
 public:
@@ -31,34 +50,48 @@ public:
         params = device ? device->GetParams() : nullptr;
         return params;
     }
-    template <class P> P *param(const char *name) const;
+    // The camera's feature of that name and type, if it implements one.
+    template <class P> P *param(const char *name) const
+    {
+        if (!params)
+            return nullptr;
+        if constexpr (std::is_same_v<P, OrbGenParam::Int>)
+            return implemented(params->GetInt(name));
+        else if constexpr (std::is_same_v<P, OrbGenParam::Float>)
+            return implemented(params->GetFloat(name));
+        else if constexpr (std::is_same_v<P, OrbGenParam::Enum>)
+            return implemented(params->GetEnum(name));
+        else if constexpr (std::is_same_v<P, OrbGenParam::Boolean>)
+            return implemented(params->GetBoolean(name));
+        else
+            return implemented(params->GetCommand(name));
+    }
+    // A feature that is floating point on one camera and an integer on
+    // another: the first of the two the camera has.
+    OrbGenParam::Param *number(const char *name) const
+    {
+        if (OrbGenParam::Float *asFloat = param<OrbGenParam::Float>(name))
+            return asFloat;
+        return param<OrbGenParam::Int>(name);
+    }
 
     OrbCam::Device *device = nullptr;
     OrbGenParam::Array *params = nullptr;
     OrbCamConfigMapper mapper;
 };
 
-template <>
-inline OrbGenParam::Int *CamConfigDialogPrivate::param<OrbGenParam::Int>(const char *name) const
+// Whether the dialog has anything to show on its camera: the configuration
+// window offers only those that do. Without a camera it says nothing, and
+// what it said last stands.
+inline void offerIf(QWidget *dialog, bool hasCamera, bool offered)
 {
-    return params ? params->GetInt(name) : nullptr;
+    if (hasCamera)
+        dialog->setProperty("orbOffered", offered);
 }
-template <>
-inline OrbGenParam::Enum *CamConfigDialogPrivate::param<OrbGenParam::Enum>(const char *name) const
+inline bool isOffered(const QWidget *dialog)
 {
-    return params ? params->GetEnum(name) : nullptr;
-}
-template <>
-inline OrbGenParam::Boolean *
-CamConfigDialogPrivate::param<OrbGenParam::Boolean>(const char *name) const
-{
-    return params ? params->GetBoolean(name) : nullptr;
-}
-template <>
-inline OrbGenParam::Command *
-CamConfigDialogPrivate::param<OrbGenParam::Command>(const char *name) const
-{
-    return params ? params->GetCommand(name) : nullptr;
+    const QVariant offered = dialog->property("orbOffered");
+    return !offered.isValid() || offered.toBool();
 }
 
 // The shape every Show* function keeps: an application object when the

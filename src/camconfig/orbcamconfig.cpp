@@ -72,6 +72,7 @@ public:
     void clearPanel();
     void updateStatusBar();
     void finalAdjustment();
+    void showPanes();
     void refreshAbout();
     void dialogsTo(OrbCam::Device *forDialogs);
     void registerEvents();
@@ -627,9 +628,17 @@ void OrbCamConfigPrivate::finalAdjustment()
            static_cast<QWidget *>(ui.lineEditExpFrameB) })
         columnB->setVisible(frameABSupport);
     refreshFrames();
+    showPanes();
+}
+
+// A dialog with nothing to show on this camera is not offered at all.
+void OrbCamConfigPrivate::showPanes()
+{
     for (const Pane &pane : panes()) {
-        const bool visible = pane.action->isVisible() && pane.action->isChecked()
-            && (pane.button != ui.pushBtnFrameAB || frameABSupport);
+        const bool offered
+            = pane.button == ui.pushBtnFrameAB ? frameABSupport : isOffered(pane.dialog);
+        pane.action->setVisible(offered);
+        const bool visible = offered && pane.action->isChecked();
         pane.button->setVisible(visible);
         if (!visible) {
             const QSignalBlocker quiet(pane.button);
@@ -672,6 +681,7 @@ void OrbCamConfigPrivate::dialogsTo(OrbCam::Device *forDialogs)
 {
     for (const Pane &pane : panes())
         pane.dialog->SetDevice(forDialogs);
+    showPanes();
     refreshAbout();
 }
 

@@ -5,6 +5,8 @@
 
 #include <OrbGui/qtorbspinbox.h>
 
+#include <QDoubleSpinBox>
+
 namespace OrbGui {
 
 namespace {
@@ -29,6 +31,12 @@ public:
     void prepare();
     void init(OrbCam::Device *device);
     void showStatistics();
+    // The standard white balance: one ratio per channel, the channel chosen
+    // by a selector. Returns whether the camera has it (and not the
+    // coefficients, which come first).
+    bool bindBalanceRatio();
+    void showRows(bool standard);
+    bool unityRatio = false, ratioSelected = false;
     QVector<Coefficient> coefficients() const
     {
         return { { "RedCoefficient", ui.spBoxRed, ui.lblRed, ui.pushBtnRedUnity, ui.lblRedCoef },
@@ -52,6 +60,46 @@ void OrbCamConfigColorDialogPrivate::prepare()
         QtOrbSpinBox *box = c.box;
         QObject::connect(c.unity, &QPushButton::clicked, box, [box] { box->setValue(unity); });
     }
+    QDoubleSpinBox *ratio = ui.spBoxBalanceRatio;
+    QObject::connect(ui.pushBtnBalanceRatioUnity, &QPushButton::clicked, ratio,
+                     [ratio] { ratio->setValue(1.0); });
+}
+
+void OrbCamConfigColorDialogPrivate::showRows(bool standard)
+{
+    for (const Coefficient &c : coefficients())
+        for (QWidget *w : { static_cast<QWidget *>(c.box), static_cast<QWidget *>(c.caption),
+                            static_cast<QWidget *>(c.unity) })
+            w->setVisible(!standard);
+    ui.grBoxStatistics->setVisible(!standard);
+    for (QWidget *w :
+         { static_cast<QWidget *>(ui.lblBalanceRatioSelector),
+           static_cast<QWidget *>(ui.cmBoxBalanceRatioSelector),
+           static_cast<QWidget *>(ui.lblBalanceRatio), static_cast<QWidget *>(ui.spBoxBalanceRatio),
+           static_cast<QWidget *>(ui.pushBtnBalanceRatioUnity) })
+        w->setVisible(standard);
+    ui.pushBtnBalanceRatioUnity->setVisible(standard && unityRatio);
+    ui.lblBalanceRatioSelector->setVisible(standard && ratioSelected);
+    ui.cmBoxBalanceRatioSelector->setVisible(standard && ratioSelected);
+}
+
+bool OrbCamConfigColorDialogPrivate::bindBalanceRatio()
+{
+    for (const Coefficient &c : coefficients())
+        if (param<OrbGenParam::Int>(c.feature))
+            return false;
+    OrbGenParam::Param *ratio = number("BalanceRatio");
+    if (!ratio)
+        return false;
+    // Opening shows the channel the camera has selected and writes nothing;
+    // the user's choice of channel is what moves the selector.
+    ratioSelected = mapper.mapEnumParam(param<OrbGenParam::Enum>("BalanceRatioSelector"),
+                                        ui.cmBoxBalanceRatioSelector);
+    mapper.mapNumberParam(ratio, ui.spBoxBalanceRatio, { ui.pushBtnBalanceRatioUnity });
+    // A floating-point ratio of 1.0 is a gain of one; an integer one has a
+    // scale of the vendor's that the description does not give.
+    unityRatio = dynamic_cast<OrbGenParam::Float *>(ratio) != nullptr;
+    return true;
 }
 
 void OrbCamConfigColorDialogPrivate::init(OrbCam::Device *newDevice)
@@ -65,10 +113,19 @@ void OrbCamConfigColorDialogPrivate::init(OrbCam::Device *newDevice)
         return;
     }
     ui.grBoxManualWBCoefs->setEnabled(true);
-    for (const Coefficient &c : coefficients())
-        mapper.mapIntParam(param<OrbGenParam::Int>(c.feature), c.box, { c.caption, c.unity });
+    const bool standard = bindBalanceRatio();
+    if (!standard)
+        for (const Coefficient &c : coefficients())
+            mapper.mapIntParam(param<OrbGenParam::Int>(c.feature), c.box, { c.caption, c.unity });
+    showRows(standard);
     mapper.mapEnumParam(param<OrbGenParam::Enum>("BalanceWhiteAuto"), ui.cmBoxWhiteBalance);
-    mapper.mapEnumParam(param<OrbGenParam::Enum>("AutoTrackingSpeed"), ui.cmBoxTrackingSpeed);
+    const bool tracking
+        = mapper.mapEnumParam(param<OrbGenParam::Enum>("AutoTrackingSpeed"), ui.cmBoxTrackingSpeed);
+    // The standard names have no tracking speed: a camera without one is
+    // not shown a control it can never use.
+    ui.lblTrackingSpeed->setVisible(tracking || !standard);
+    ui.cmBoxTrackingSpeed->setVisible(tracking || !standard);
+    offerIf(q_ptr, true, !mapper.controls.isEmpty());
     for (const Coefficient &c : coefficients()) {
         // As wide as the largest number: the layout does not move with it.
         const int width

@@ -1,5 +1,9 @@
 #include "orbcamconfigmapper.h"
 
+#include "genparam/unittext.h"
+
+#include <GenApi/GenApi.h>
+
 #include <OrbGui/qtorbslider.h>
 #include <OrbGui/qtorbsliderspinbox.h>
 #include <OrbGui/qtorbspinbox.h>
@@ -9,6 +13,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDoubleSpinBox>
 #include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
@@ -20,6 +25,7 @@
 #include <QTabWidget>
 #include <QTimer>
 
+#include <cmath>
 #include <type_traits>
 
 namespace OrbGui {
@@ -103,6 +109,19 @@ template <class Control> void showUnsnapped(Control *control, int value)
     } else {
         control->setValue(value);
     }
+}
+
+// A switch of the standard names is an enumeration of Off and On, with
+// values of the vendor's choosing: the names say which is which.
+bool hasOnOff(const OrbGenParam::Enum *param)
+{
+    bool on = false, off = false;
+    for (size_t i = 0; i < param->GetEntryCount(); ++i)
+        if (const OrbGenParam::EnumEntry *entry = param->GetEntry(i)) {
+            on = on || qstrcmp(entry->GetName(), "On") == 0;
+            off = off || qstrcmp(entry->GetName(), "Off") == 0;
+        }
+    return on && off;
 }
 
 // What a binding holds: a radio group has no widget of its own.
@@ -198,6 +217,30 @@ bool OrbCamConfigMapper::mapIntParam(OrbGenParam::Int *param, QtOrbSliderSpinBox
                          const long device
                              = converter ? converter->ToDevice(value, param) : identity(value);
                          showErrorMessage(param->SetValue(device), box, param);
+                     });
+    param->RegisterEventSink(this);
+    return true;
+}
+
+bool OrbCamConfigMapper::mapNumberParam(OrbGenParam::Param *param, QDoubleSpinBox *box,
+                                        const QVector<QWidget *> &companions)
+{
+    auto *asFloat = dynamic_cast<OrbGenParam::Float *>(param);
+    auto *asInt = dynamic_cast<OrbGenParam::Int *>(param);
+    if (!asFloat && !asInt)
+        param = nullptr;
+    if (!begin(param, box, companions, { OrbCamConfigMapData::DoubleSpinBox, box, nullptr }))
+        return false;
+    // Only a finished entry is the user's choice, not every digit typed.
+    box->setKeyboardTracking(false);
+    updateDoubleSpinBox(param, box);
+    QObject::connect(box, QOverload<double>::of(&QDoubleSpinBox::valueChanged), box,
+                     [this, alive = guard(), param, asFloat, asInt, box](double value) {
+                         if (alive.expired() || !mayWrite(param))
+                             return;
+                         showErrorMessage(asFloat ? asFloat->SetValue(value)
+                                                  : asInt->SetValue(std::llround(value)),
+                                          box, param);
                      });
     param->RegisterEventSink(this);
     return true;
@@ -302,11 +345,14 @@ bool OrbCamConfigMapper::mapEnumParam(OrbGenParam::Enum *param, QCheckBox *box)
     if (!begin(param, box, {}, { OrbCamConfigMapData::CheckBox, box, nullptr }))
         return false;
     refreshElement(param, controls.value(nameOf(param)).first());
-    QObject::connect(box, &QCheckBox::clicked, box,
-                     [this, alive = guard(), param, box](bool checked) {
-                         if (!alive.expired() && mayWrite(param))
-                             showErrorMessage(param->SetValue(checked ? 1 : 0), box, param);
-                     });
+    QObject::connect(
+        box, &QCheckBox::clicked, box, [this, alive = guard(), param, box](bool checked) {
+            if (alive.expired() || !mayWrite(param))
+                return;
+            const OrbCamErr err = hasOnOff(param) ? param->SetValueByName(checked ? "On" : "Off")
+                                                  : param->SetValue(checked ? 1 : 0);
+            showErrorMessage(err, box, param);
+        });
     param->RegisterEventSink(this);
     return true;
 }
@@ -406,7 +452,7 @@ void OrbCamConfigMapper::releaseAll()
 bool OrbCamConfigMapper::mayWrite(OrbGenParam::Param *param)
 {
     if (writable(param))
-        return true;
+        return !beforeWrite || beforeWrite(param);
     refresh(nameOf(param));
     return false;
 }
@@ -462,6 +508,47 @@ void OrbCamConfigMapper::refreshInt(OrbGenParam::Int *param, Control *control,
     control->setRange(narrow(minimum), narrow(maximum));
     control->setSingleStep(narrow(step));
     showUnsnapped(control, narrow(value));
+}
+
+void OrbCamConfigMapper::updateDoubleSpinBox(OrbGenParam::Param *param, QDoubleSpinBox *box)
+{
+    if (!param || !box)
+        return;
+    double minimum = 0, maximum = 0, increment = 0, value = 0;
+    int decimals = 0;
+    QString unit;
+    if (auto *asFloat = dynamic_cast<OrbGenParam::Float *>(param)) {
+        minimum = asFloat->GetMin();
+        maximum = asFloat->GetMax();
+        increment = asFloat->GetInc();
+        value = asFloat->GetValue();
+        decimals = 2;
+        if (auto *node = dynamic_cast<GenApi::IFloat *>(param->GetNode())) {
+            // Descriptions that give no precision get GenICam's six digits,
+            // more than any reading of a camera means.
+            decimals = static_cast<int>(qBound<int64_t>(0, node->GetDisplayPrecision(), 3));
+            unit = QString::fromUtf8(node->GetUnit().c_str());
+        }
+        // A step finer than the shown decimals could not be entered.
+        if (increment > 0)
+            while (decimals < 6 && increment < std::pow(10.0, -decimals) * 0.999)
+                ++decimals;
+    } else if (auto *asInt = dynamic_cast<OrbGenParam::Int *>(param)) {
+        minimum = static_cast<double>(asInt->GetMin());
+        maximum = static_cast<double>(asInt->GetMax());
+        increment = static_cast<double>(asInt->GetInc());
+        value = static_cast<double>(asInt->GetValue());
+        if (auto *node = dynamic_cast<GenApi::IInteger *>(param->GetNode()))
+            unit = QString::fromUtf8(node->GetUnit().c_str());
+    } else {
+        return;
+    }
+    const QSignalBlocker quiet(box);
+    box->setDecimals(decimals);
+    box->setRange(minimum, maximum);
+    box->setSingleStep(increment > 0 ? increment : std::pow(10.0, -qMin(decimals, 2)));
+    box->setSuffix(unit.isEmpty() ? QString() : QLatin1Char(' ') + shownUnit(unit));
+    box->setValue(value);
 }
 
 void OrbCamConfigMapper::updateSpinBox(OrbGenParam::Int *param, QtOrbSpinBox *box)
@@ -537,7 +624,8 @@ void OrbCamConfigMapper::refreshElement(OrbGenParam::Param *param, const OrbCamC
     case OrbCamConfigMapData::CheckBox:
         if (auto *box = qobject_cast<QCheckBox *>(data.widget); box && asEnum) {
             const QSignalBlocker quiet(box);
-            box->setChecked(asEnum->GetValue() != 0);
+            box->setChecked(hasOnOff(asEnum) ? qstrcmp(asEnum->GetValueName(), "On") == 0
+                                             : asEnum->GetValue() != 0);
         }
         break;
     case OrbCamConfigMapData::RadioGroup:
@@ -565,6 +653,9 @@ void OrbCamConfigMapper::refreshElement(OrbGenParam::Param *param, const OrbCamC
             const QSignalBlocker quiet(edit);
             edit->setText(QString::number(value));
         }
+        break;
+    case OrbCamConfigMapData::DoubleSpinBox:
+        updateDoubleSpinBox(param, qobject_cast<QDoubleSpinBox *>(data.widget));
         break;
     case OrbCamConfigMapData::SpinBox:
         refreshInt(asInt, qobject_cast<QSpinBox *>(data.widget), nullptr);

@@ -34,6 +34,7 @@ class QAbstractButton;
 class QButtonGroup;
 class QCheckBox;
 class QComboBox;
+class QDoubleSpinBox;
 class QPushButton;
 class QSlider;
 class QTabWidget;
@@ -61,7 +62,7 @@ struct OrbCamConfigMapData {
     enum Type : qint32 {
         Companion = -1, // follows the main control's enabled state only
         ComboBox = 0, // QComboBox, Enum
-        CheckBox = 1, // QCheckBox, Enum (checked: value not 0)
+        CheckBox = 1, // QCheckBox, Enum (checked: entry On, or value not 0 without On/Off)
         RadioGroup = 2, // QButtonGroup in aux, Enum (button id = entry value)
         TabWidget = 3, // QTabWidget, Enum
         CommandButton = 4, // QPushButton, Command (aux: an optional QTimer)
@@ -71,6 +72,7 @@ struct OrbCamConfigMapData {
         OrbSpinBox = 8, // QtOrbSpinBox, Int
         Slider = 9, // QSlider, Int (aux: converter)
         OrbSliderSpinBox = 10, // QtOrbSliderSpinBox, Int (aux: converter)
+        DoubleSpinBox = 11, // QDoubleSpinBox, Float or Int
     };
     qint32 type;
     QWidget *widget;
@@ -92,6 +94,12 @@ public:
                      const QVector<QWidget *> &companions);
     bool mapIntParam(OrbGenParam::Int *param, QtOrbSliderSpinBox *box,
                      IOrbCamConfigIntConverter *converter);
+    // A floating-point or an integer feature (the standard features are
+    // one or the other by vendor). Decimals from the feature's display
+    // precision and increment, none for an integer; the range and the step
+    // from the feature; the box's suffix is the unit.
+    bool mapNumberParam(OrbGenParam::Param *param, QDoubleSpinBox *box,
+                        const QVector<QWidget *> &companions = {});
     bool mapEnumParam(OrbGenParam::Enum *param, QComboBox *box);
     bool mapEnumParam(OrbGenParam::Enum *param, QButtonGroup *group);
     bool mapEnumParam(OrbGenParam::Enum *param, QTabWidget *tabs);
@@ -127,6 +135,7 @@ public:
                              IOrbCamConfigIntConverter *converter);
     void updateSlider(OrbGenParam::Int *param, QSlider *slider,
                       IOrbCamConfigIntConverter *converter);
+    void updateDoubleSpinBox(OrbGenParam::Param *param, QDoubleSpinBox *box);
     void updateComboBox(OrbGenParam::Enum *param, QComboBox *box);
     void updateRadioButtons(OrbGenParam::Enum *param, QButtonGroup *group);
     void updateTabWidget(OrbGenParam::Enum *param, QTabWidget *tabs);
@@ -145,6 +154,10 @@ public:
     // Run after every refresh that a change event brings, on the GUI thread:
     // a dialog's own enabling rules go on top of the mapper's.
     std::function<void()> afterRefresh;
+    // Run before every write a control makes, on the GUI thread: false
+    // drops the write. A dialog whose feature is selected by another one
+    // selects what the control stands for here.
+    std::function<bool(OrbGenParam::Param *)> beforeWrite;
 
     QHash<QString, QVector<OrbCamConfigMapData>> controls;
     QHash<QString, QHash<QString, int>> tabIndexes;

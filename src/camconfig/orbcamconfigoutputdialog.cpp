@@ -31,6 +31,9 @@ void OrbCamConfigOutputDialogPrivate::init(OrbCam::Device *newDevice)
             { "HotPixelCorrection", ui.cmBoxHpc } };
     for (const auto &[name, box] : choices)
         mapper.mapEnumParam(param<OrbGenParam::Enum>(name), box);
+    // The test image under its older standard name.
+    if (!mapper.isBound(ui.cmBoxTestMode))
+        mapper.mapEnumParam(param<OrbGenParam::Enum>("TestImageSelector"), ui.cmBoxTestMode);
     mapper.mapIntParam(param<OrbGenParam::Int>("DefectPixelThreshold"), ui.spBoxDpcDynThres);
     mapper.mapIntParam(param<OrbGenParam::Int>("HotPixelThreshold"), ui.spBoxHpcDynThres);
     const std::pair<const char *, QCheckBox *> switches[] = { { "LUTEnable", ui.chBoxEnableLut },
@@ -38,6 +41,7 @@ void OrbCamConfigOutputDialogPrivate::init(OrbCam::Device *newDevice)
                                                               { "ReverseY", ui.chBoxVerMirror } };
     for (const auto &[name, box] : switches)
         mapper.mapBooleanParam(param<OrbGenParam::Boolean>(name), box);
+    offerIf(q_ptr, params, !mapper.controls.isEmpty());
 }
 
 OrbCamConfigOutputDialog::OrbCamConfigOutputDialog(OrbCam::Device *device, QWidget *parent)

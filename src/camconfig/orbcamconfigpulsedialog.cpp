@@ -18,6 +18,7 @@ public:
     void derivedValues();
     void buttonState();
 
+    OrbCamConfigPulseDialog *q_ptr = nullptr;
     Ui_OrbCamConfigPulseDialog ui;
     QButtonGroup *modes = nullptr;
     // The form's shortcut: setText() replaces a button's shortcut by the
@@ -28,6 +29,7 @@ public:
 
 void OrbCamConfigPulseDialogPrivate::prepare(OrbCamConfigPulseDialog *q)
 {
+    q_ptr = q;
     ui.setupUi(q);
     const QString micro = QStringLiteral(" [%1s]:").arg(QChar(0x03BC));
     for (QLabel *label : { ui.lblWidth, ui.lblDelay, ui.lblPeriod })
@@ -57,6 +59,7 @@ void OrbCamConfigPulseDialogPrivate::init(OrbCam::Device *newDevice)
     mapper.mapIntParam(param<OrbGenParam::Int>("PulseGenNumPulses"), ui.spBoxNumPulses);
     mapper.mapEnumParam(param<OrbGenParam::Enum>("PulseGenMode"), modes);
     mapper.mapBooleanParam(param<OrbGenParam::Boolean>("PulseGenEnable"), ui.pushBtnPulseEnable);
+    offerIf(q_ptr, params, !mapper.controls.isEmpty());
     QObject::connect(ui.pushBtnPulseEnable, &QPushButton::clicked, ui.pushBtnPulseEnable,
                      [this] { buttonState(); });
     // The camera's own changes arrive with the controls' signals blocked:

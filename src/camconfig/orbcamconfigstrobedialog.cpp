@@ -6,6 +6,10 @@
 #include <OrbGui/qtorbslider.h>
 #include <OrbGui/qtorbsliderspinbox.h>
 
+#include <QDoubleSpinBox>
+
+#include <array>
+
 namespace OrbGui {
 
 class OrbCamConfigStrobeDialogPrivate : public CamConfigDialogPrivate {
@@ -16,6 +20,10 @@ public:
     }
     void init(OrbCam::Device *device);
     void pictureRule();
+    // The standard names: the camera's lines, and the timers that give a
+    // pulse its delay and width. Returns whether anything was bound.
+    bool bindLinesAndTimers();
+    void showStandard(bool standard);
 
     OrbCamConfigStrobeDialog *const q_ptr;
     Ui_OrbCamConfigStrobeDialog ui;
@@ -29,6 +37,16 @@ void OrbCamConfigStrobeDialogPrivate::init(OrbCam::Device *newDevice)
     for (QtOrbSliderSpinBox *width : { ui.spBoxStrobe1Width, ui.spBoxStrobe2Width })
         width->setLeftLabelText(OrbCamConfigStrobeDialog::tr("Width [%1s]:").arg(mu));
     q_ptr->setEnabled(rebind(newDevice) != nullptr);
+    // The camera's own strobe features come first; a camera without them
+    // that has the standard lines gets those instead.
+    bool own = false;
+    for (const char *name : { "Strobe1Mode", "Strobe2Mode", "OUT1Selector", "OUT2Selector" })
+        own = own || param<OrbGenParam::Enum>(name);
+    const bool standard = params && !own && bindLinesAndTimers();
+    showStandard(standard);
+    offerIf(q_ptr, params, own || standard);
+    if (standard)
+        return;
 
     mapper.mapEnumParam(param<OrbGenParam::Enum>("Strobe1Mode"), ui.cmBoxStrobe1Mode);
     mapper.mapEnumParam(param<OrbGenParam::Enum>("Strobe2Mode"), ui.cmBoxStrobe2Mode);
@@ -55,6 +73,46 @@ void OrbCamConfigStrobeDialogPrivate::init(OrbCam::Device *newDevice)
     // The camera's own changes of a reference arrive with the combo box's
     // signals blocked: the picture follows them too.
     mapper.afterRefresh = [this] { pictureRule(); };
+}
+
+bool OrbCamConfigStrobeDialogPrivate::bindLinesAndTimers()
+{
+    // Each group acts on what its selector names: opening shows the
+    // camera's own selection and writes nothing.
+    bool any = false;
+    const std::pair<const char *, QComboBox *> choices[]
+        = { { "LineSelector", ui.cmBoxLineSelector },
+            { "LineMode", ui.cmBoxLineMode },
+            { "LineSource", ui.cmBoxLineSource },
+            { "TimerSelector", ui.cmBoxTimerSelector },
+            { "TimerTriggerSource", ui.cmBoxTimerTriggerSource } };
+    for (const auto &[name, box] : choices)
+        any = mapper.mapEnumParam(param<OrbGenParam::Enum>(name), box) || any;
+    any = mapper.mapBooleanParam(param<OrbGenParam::Boolean>("LineInverter"), ui.chBoxLineInverter)
+        || any;
+    // Older cameras name the timer's times with "Abs" (floating point).
+    const std::pair<std::array<const char *, 2>, QDoubleSpinBox *> times[]
+        = { { { "TimerDelay", "TimerDelayAbs" }, ui.spBoxTimerDelay },
+            { { "TimerDuration", "TimerDurationAbs" }, ui.spBoxTimerDuration } };
+    for (const auto &[names, box] : times) {
+        OrbGenParam::Param *time = nullptr;
+        for (const char *name : names)
+            if (!time)
+                time = number(name);
+        any = mapper.mapNumberParam(time, box) || any;
+    }
+    return any;
+}
+
+void OrbCamConfigStrobeDialogPrivate::showStandard(bool standard)
+{
+    for (QWidget *own :
+         { static_cast<QWidget *>(ui.groupBoxStrobe1), static_cast<QWidget *>(ui.groupBoxStrobe2),
+           static_cast<QWidget *>(ui.groupBoxOutput), static_cast<QWidget *>(ui.lblStrobeImage) })
+        own->setVisible(!standard);
+    // A group whose selector the camera lacks has nothing to act on.
+    ui.groupBoxLine->setVisible(standard && mapper.isBound(ui.cmBoxLineSelector));
+    ui.groupBoxTimer->setVisible(standard && mapper.isBound(ui.cmBoxTimerSelector));
 }
 
 // With a reference box that is not bound (a camera without the feature),

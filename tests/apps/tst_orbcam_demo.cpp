@@ -119,9 +119,31 @@ void tst_OrbCamDemo::badArguments_data()
                          QStringLiteral("wizard") }
         << "unknown visibility 'wizard'";
     QTest::newRow("an option the door does not use")
+        << QStringList { QStringLiteral("config"), QStringLiteral("--visibility"),
+                         QStringLiteral("guru") }
+        << "config does not take --visibility";
+    const QString basler = QStringLiteral(ORB_CORPUS_DIR "/basler_ace2-a2a2600-20gmbas.xml");
+    QTest::newRow("a description and a camera")
+        << QStringList { QStringLiteral("config"), QStringLiteral("--xml"), basler,
+                         QStringLiteral("--camera"), QStringLiteral("GEV0/C2-1001") }
+        << "config shows --xml or --camera, not both";
+    QTest::newRow("start values without a description")
+        << QStringList { QStringLiteral("dialog"), QStringLiteral("trigger"),
+                         QStringLiteral("--values"), QStringLiteral("/tmp/values.json") }
+        << "--values goes with --xml";
+    QTest::newRow("a description that is not there")
         << QStringList { QStringLiteral("config"), QStringLiteral("--xml"),
-                         QStringLiteral("/tmp/camera.xml") }
-        << "config does not take --xml";
+                         QStringLiteral("/nonexistent/camera.xml") }
+        << "/nonexistent/camera.xml";
+    QTest::newRow("start values that are not JSON")
+        << QStringList { QStringLiteral("config"), QStringLiteral("--xml"), basler,
+                         QStringLiteral("--values"), basler }
+        << "malformed side file";
+    QTest::newRow("a start value the description refuses")
+        << QStringList { QStringLiteral("config"), QStringLiteral("--xml"), basler,
+                         QStringLiteral("--values"),
+                         QStringLiteral(ORB_TEST_DATA_DIR "/values-refused.json") }
+        << "no feature NoSuchFeature";
     QTest::newRow("polling in the tree")
         << QStringList { QStringLiteral("tree"), QStringLiteral("--poll") }
         << "tree does not take --poll";

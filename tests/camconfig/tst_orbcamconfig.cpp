@@ -113,10 +113,16 @@ void tst_OrbCamConfig::panel_data()
     QTest::addColumn<QByteArray>("iface");
     QTest::addColumn<bool>("frameAB");
     QTest::addColumn<QString>("manufacturerInfo");
-    QTest::newRow("colour camera with frame A/B") << QByteArray("GEV0") << true << QString();
+    QTest::addColumn<QStringList>("offered");
+    const QStringList all { QStringLiteral("Trigger"), QStringLiteral("Pulse"),
+                            QStringLiteral("Strobe"), QStringLiteral("DataOut"),
+                            QStringLiteral("Color") };
+    QTest::newRow("colour camera with frame A/B") << QByteArray("GEV0") << true << QString() << all;
     // The monochrome model has no FrameAB_Selector and no manufacturer
-    // information.
-    QTest::newRow("monochrome camera") << QByteArray("U3V0") << false << QStringLiteral("N/A");
+    // information, no pulse generator, no strobes and no colour.
+    QTest::newRow("monochrome camera")
+        << QByteArray("U3V0") << false << QStringLiteral("N/A")
+        << QStringList { QStringLiteral("Trigger"), QStringLiteral("DataOut") };
 }
 
 // What the camera says, as the panel, the status bar and the About box show
@@ -126,6 +132,7 @@ void tst_OrbCamConfig::panel()
     QFETCH(QByteArray, iface);
     QFETCH(bool, frameAB);
     QFETCH(QString, manufacturerInfo);
+    QFETCH(QStringList, offered);
     Camera camera(iface.constData());
     OrbGenParam::Array *params = camera.params();
     OrbCamConfig window(camera.device.device);
@@ -150,9 +157,20 @@ void tst_OrbCamConfig::panel()
     for (const char *name : { "lblFrameB", "lineEditSizeFrameB", "lineEditFpsFrameB",
                               "lineEditFtmFrameB", "lineEditExpFrameB", "pushBtnFrameAB" })
         QVERIFY2(child<QWidget>(&window, name)->isVisible() == frameAB, name);
-    for (const char *name :
-         { "pushBtnTrigger", "pushBtnPulse", "pushBtnStrobe", "pushBtnDataOut", "pushBtnColor" })
-        QVERIFY2(child<QWidget>(&window, name)->isVisible(), name);
+    // A dialog with nothing to show on the camera is not offered, in the
+    // View menu either.
+    const std::pair<const char *, const char *> panes[] = { { "Trigger", "actionTrigger" },
+                                                            { "Pulse", "actionPulse" },
+                                                            { "Strobe", "actionStrobe" },
+                                                            { "DataOut", "actionData_Out" },
+                                                            { "Color", "actionColor" } };
+    for (const auto &[pane, action] : panes) {
+        const bool shown = offered.contains(QLatin1String(pane));
+        const QByteArray button = QByteArray("pushBtn") + pane;
+        QVERIFY2(child<QWidget>(&window, button.constData())->isVisible() == shown, pane);
+        QVERIFY2(child<QAction>(&window, action)->isVisible() == shown, action);
+    }
+    QCOMPARE(child<QAction>(&window, "actionFrame_A_B")->isVisible(), frameAB);
 
     const QString model = QString::fromStdString(params->GetString("DeviceModelName")->GetValue());
     QCOMPARE(statusText(&window), model);

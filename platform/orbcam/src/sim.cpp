@@ -312,14 +312,28 @@ SimCamera::SimCamera(SimInterface &owner, std::string id, const CameraConfig &co
         if (!node)
             throw std::runtime_error("model " + config.model + ": no feature " + feature);
         try {
-            // A read-only integer (a sensor's size, a status) is what the
-            // camera says: its register is written as the camera would.
-            if (CIntegerPtr integer(node); integer && !IsWritable(node)) {
+            // A read-only number (a sensor's size, a capability, a limit)
+            // is what the camera says: its register is written as the
+            // camera would, an integer field or a floating-point register.
+            if (!IsWritable(node) && CIntegerPtr(node)) {
+                forceInteger(feature, std::stoll(value, nullptr, 0));
+            } else if (!IsWritable(node) && CFloatPtr(node) && CRegisterPtr(node)) {
                 const Range range = resolve(*m_setupMap, feature);
-                if (range.length <= 0 || range.length > 8)
+                uint64_t raw = 0;
+                if (range.length == 4) {
+                    const float f = std::stof(value);
+                    uint32_t bits = 0;
+                    std::memcpy(&bits, &f, sizeof bits);
+                    raw = bits;
+                } else if (range.length == 8) {
+                    const double d = std::stod(value);
+                    std::memcpy(&raw, &d, sizeof raw);
+                } else {
                     throw std::runtime_error("model " + config.model + ": default " + feature
-                                             + ": read-only and not an integer register");
-                writeNumber(range, static_cast<uint64_t>(std::stoll(value, nullptr, 0)));
+                                             + ": a floating-point register of "
+                                             + std::to_string(range.length) + " bytes");
+                }
+                writeNumber(range, raw);
                 m_setupMap->_InvalidateNodes();
             } else {
                 node->FromString(value.c_str(), false);
@@ -395,6 +409,49 @@ void SimCamera::writeNumber(const Range &range, uint64_t value)
     const std::vector<uint8_t> bytes
         = encode(value, static_cast<size_t>(range.length), m_model->bigEndian);
     m_memory.Write(bytes.data(), range.address, range.length);
+}
+
+void SimCamera::forceInteger(const std::string &feature, int64_t value)
+{
+    const Range range = resolve(*m_setupMap, feature);
+    CIntegerPtr node(m_setupMap->_GetNode(feature.c_str()));
+    if (range.length <= 0 || range.length > 8 || !node)
+        throw std::runtime_error("model " + m_modelName + ": default " + feature
+                                 + ": read-only and not in a register");
+    const size_t length = static_cast<size_t>(range.length);
+    std::vector<uint8_t> original(length);
+    m_memory.Read(original.data(), range.address, range.length);
+    auto valueWith = [&](const std::vector<uint8_t> &bytes) {
+        m_memory.Write(bytes.data(), range.address, range.length);
+        m_setupMap->_InvalidateNodes();
+        return node->GetValue();
+    };
+    const std::vector<uint8_t> zeros(length, 0);
+    const int64_t base = valueWith(zeros);
+    // The weight each bit of the register gives the feature's value.
+    std::vector<std::pair<int64_t, size_t>> weights;
+    for (size_t bit = 0; bit < length * 8; ++bit) {
+        std::vector<uint8_t> probe = zeros;
+        probe[bit / 8] = static_cast<uint8_t>(1u << (bit % 8));
+        if (const int64_t weight = valueWith(probe) - base; weight > 0)
+            weights.emplace_back(weight, bit);
+    }
+    std::sort(weights.rbegin(), weights.rend());
+    std::vector<uint8_t> result = original;
+    for (const auto &[weight, bit] : weights)
+        result[bit / 8] = static_cast<uint8_t>(result[bit / 8] & ~(1u << (bit % 8)));
+    int64_t rest = value - base;
+    for (const auto &[weight, bit] : weights)
+        if (rest >= weight) {
+            result[bit / 8] = static_cast<uint8_t>(result[bit / 8] | (1u << (bit % 8)));
+            rest -= weight;
+        }
+    if (rest != 0) {
+        valueWith(original);
+        throw std::runtime_error("model " + m_modelName + ": default " + feature + "="
+                                 + std::to_string(value) + ": out of the register's range");
+    }
+    valueWith(result);
 }
 
 uint64_t SimCamera::readNumber(const Range &range)

@@ -136,6 +136,10 @@ public:
 private:
     Range resolve(GenApi::CNodeMapRef &map, const std::string &feature) const;
     void writeNumber(const Range &range, uint64_t value);
+    // Sets a read-only integer feature by writing the bits of its register
+    // that carry it, found by setting one bit at a time: a field of a
+    // register (a capability bit, a masked field) keeps its neighbours.
+    void forceInteger(const std::string &feature, int64_t value);
     uint64_t readNumber(const Range &range);
     void writeNetwork();
 

@@ -63,10 +63,9 @@ OrbCamErr Configure(const std::string &json, std::string *why)
 {
     try {
         const SystemConfig config = parseConfig(json);
-        // Every model must load, so that a typo is found now, not at discovery.
-        for (const InterfaceConfig &i : config.interfaces)
-            for (const CameraConfig &c : i.cameras)
-                loadModel(c.model, c.values);
+        // Every camera must come up, its start values applied, so that a
+        // typo is found now, not at discovery.
+        const SimSystem trial(config);
     } catch (const std::exception &e) {
         if (why)
             *why = e.what();

@@ -19,8 +19,14 @@
 /// behaviour. "model" may also be the path of any description (".xml" or
 /// ".zip", the path holding a '/'): a camera of that description over
 /// zero-filled memory. A camera's "values" names a side file to use instead
-/// of the model's own (for a path model, the only one it has). All functions are thread-safe and
-/// return OrbCamErr; cameras are named by their DeviceInfo identifier.
+/// of the model's own (for a path model, the only one it has). A side
+/// file's "defaults" are [feature, value] pairs applied in order; a
+/// read-only integer among them is set by writing the bits of its register
+/// that carry it, a read-only floating-point register directly.
+///
+/// All functions are thread-safe and return OrbCamErr; cameras are named by
+/// their DeviceInfo identifier. Configure() brings every camera up once to
+/// check it: a model, side file or start value that fails is reported there.
 #ifndef ORBCAM_ORBCAMSIM_H
 #define ORBCAM_ORBCAMSIM_H
 
