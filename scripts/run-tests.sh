@@ -31,7 +31,7 @@ sed -n '/Start testing of tst_OrbCamAravis/,/Finished testing of tst_OrbCamAravi
 threaded=(tst_orbcam_discovery tst_orbcam_gvcp tst_devicetreemodel tst_cameraselector tst_selectcamera
     tst_orbgenparamtreeview
     tst_orbcamconfigmapper tst_genparamtreemodel tst_featuredialogs tst_framedialogs
-    tst_orbcamconfig tst_dialogsinuse)
+    tst_orbcamconfig tst_dialogsinuse tst_standardfeatures)
 # The real-camera backend's threads (discovery, Aravis's heartbeat, the
 # event thread), where the build has it.
 if pkg-config --exists aravis-0.8; then threaded+=(tst_orbcam_aravis); fi

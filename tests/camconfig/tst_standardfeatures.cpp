@@ -174,16 +174,28 @@ void tst_StandardFeatures::panel_data()
     QTest::addColumn<QString>("size");
     QTest::addColumn<QString>("exposureFeature");
     QTest::addColumn<QString>("temperatureUnit");
+    QTest::addColumn<QString>("fps");
+    QTest::addColumn<QString>("frameTime");
+    // The Basler's resulting frame rate divides by a register that is zero
+    // here: the read fails, and the rate and frame time stay empty.
     QTest::newRow("Basler ace 2") << corpus("basler_ace2-a2a2600-20gmbas.xml") << baslerValues
                                   << QStringLiteral("1920x1200") << QStringLiteral("ExposureTime")
-                                  << QStringLiteral("C");
+                                  << QStringLiteral("C") << QString() << QString();
     QTest::newRow("Baumer HXG20") << corpus("baumer_hxg20.xml") << Values() << QString()
-                                  << QStringLiteral("ExposureTime") << QString();
-    QTest::newRow("Vieworks VNP-604") << corpus("vieworks_vnp-604.xml") << Values() << QString()
-                                      << QStringLiteral("ExposureTime") << QString();
+                                  << QStringLiteral("ExposureTime") << QString() << QString()
+                                  << QString();
+    QTest::newRow("Vieworks VNP-604")
+        << corpus("vieworks_vnp-604.xml") << Values() << QString() << QStringLiteral("ExposureTime")
+        << QString() << QString() << QString();
     QTest::newRow("The Imaging Source DMK 33GX174")
         << corpus("theimagingsource_dmk-33gx174.xml") << Values() << QString()
-        << QStringLiteral("ExposureTime") << QString();
+        << QStringLiteral("ExposureTime") << QString() << QString() << QString();
+    // ResultingFrameRate is the register's tenths: 25 frames per second.
+    QTest::newRow("Hikvision, resulting frame rate")
+        << corpus("hikvision_virtual-camera.zip")
+        << Values { { QStringLiteral("ResultingFrameRate_Reg"), QStringLiteral("250") } }
+        << QString() << QStringLiteral("ExposureTime") << QString() << QStringLiteral("25.00")
+        << QStringLiteral("40000");
 }
 
 // Size, exposure and temperature from the standard names, as the camera
@@ -195,6 +207,8 @@ void tst_StandardFeatures::panel()
     QFETCH(QString, size);
     QFETCH(QString, exposureFeature);
     QFETCH(QString, temperatureUnit);
+    QFETCH(QString, fps);
+    QFETCH(QString, frameTime);
     DescribedCamera camera(description, values);
     QVERIFY(camera.ok());
     OrbCamConfig window(camera.device());
@@ -208,6 +222,8 @@ void tst_StandardFeatures::panel()
     OrbGenParam::Float *exposure = camera.params()->GetFloat(exposureFeature.toUtf8().constData());
     QVERIFY(exposure);
     QTRY_COMPARE(text(&window, "lineEditExpFrameA").toDouble(), exposure->GetValue());
+    QTRY_COMPARE(text(&window, "lineEditFpsFrameA"), fps);
+    QCOMPARE(text(&window, "lineEditFtmFrameA"), frameTime);
     auto *unit = dynamic_cast<GenApi::IFloat *>(exposure->GetNode());
     QCOMPARE(child<QLabel>(&window, "lblExposure")->text(),
              unit->GetUnit() == "us" ? QStringLiteral("\u03BCs")
